@@ -1,0 +1,18 @@
+# SPDX-License-Identifier: Apache-2.0
+# The two commands: `make run` and `make test`. Everything else is CMake: see CMakePresets.json.
+PRESET ?= release
+
+.PHONY: run test build sanitize format
+build:
+	scripts/install-packages
+	cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
+	cmake --build --preset $(PRESET)
+run: build
+	build/$(PRESET)/bin/lkbench run --target local:build/rundb
+test: build
+	ctest --preset $(PRESET)
+sanitize:
+	$(MAKE) test PRESET=asan
+	$(MAKE) test PRESET=tsan
+format:
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i

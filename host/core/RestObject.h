@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+// CRestObject is the resource side of a host object: a table of named properties, read and written as XML or
+// JSON. Not thread-safe: the host calls it on the thread that owns the object.
+#pragma once
+
+#include <vector>
+
+#include "core/LKString.h"
+
+enum SerializeMode { Xml = 1, Json = 2 };
+
+// One request as it travels down the object tree.
+struct Context {
+  LKString szCommand;
+  LKString szRestURI;
+  LKString szRequestData;
+  int nMethod = 0;
+  SerializeMode nContextType = Json;
+  SerializeMode nAcceptType = Json;
+};
+
+enum enumRestPropertyType { REST_INT, REST_INT64, REST_DOUBLE, REST_STRING };
+
+// One named property: `pValue` points at a field of the object that filled the table (int, __int64, double or
+// LKString by `nType`) and lives as long as that object.
+struct REST_PROPERTY_ENTRY {
+  LKString szName;
+  enumRestPropertyType nType = REST_INT;
+  void* pValue = nullptr;
+  bool bReadOnly = false;
+};
+
+class CRestObject {
+ public:
+  // Slot order is part of the contract.
+  virtual void GetPropertyTable(std::vector<REST_PROPERTY_ENTRY>& table);
+  virtual ~CRestObject();
+  virtual int ProcessRequest(Context context, LKString& szResponse);  // dispatches by nMethod; an HTTP status
+  virtual CRestObject* GetNextObject(LKString szName);                // the child of that name, or null
+  virtual int DoGet(Context context, LKString& szResponse);           // 200 with the properties
+  virtual int DoPut(Context context, LKString& szResponse);           // 200 or 400
+  virtual int DoPost(Context context, LKString& szResponse);          // 405
+  virtual int DoDelete(Context context, LKString& szResponse);        // 405
+  virtual int IsValid();                                              // 1
+  virtual int Apply();                                                // 1
+};
+
+enum enumRestMethod { REST_GET = 0, REST_PUT = 1, REST_POST = 2, REST_DELETE = 3 };

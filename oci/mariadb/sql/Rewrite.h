@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+// Turns one Oracle statement into the text that MariaDB in SQL mode ORACLE runs with the same effect. A pure
+// function over text: no connection, no state, any thread. What needs no change comes back as it stands.
+#pragma once
+
+#include <oci.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ocimaria::sql {
+
+// One placeholder of the rewritten text, in the order of its question marks.
+struct Placeholder {
+  std::string name;  // upper case, without the colon
+  std::string
+      date_mask;  // the mask of the TO_DATE or TO_TIMESTAMP that stood around it; empty: bound as it is
+};
+
+struct Rewritten {
+  std::string text;  // MariaDB's text, with question marks
+  std::vector<Placeholder> placeholders;
+  ub2 type = OCI_STMT_UNKNOWN;  // OCI_STMT_*
+  bool is_ddl = false;          // commits before and after (TRUNCATE included)
+  bool is_block = false;        // BEGIN, DECLARE: undone whole when it fails midway
+  bool is_query = false;        // has a result set
+  bool draws_sequence = false;  // contains NEXTVAL: its lock is wanted until the DML that follows
+};
+
+// Throws OraError (ORA-01756 for an open quote, ORA-00911 for a trailing semicolon, ORA-03001 for what cannot
+// be had here). Empty text gives an empty statement of type UNKNOWN.
+Rewritten Rewrite(std::string_view oracle_sql);
+
+}  // namespace ocimaria::sql
