@@ -6,6 +6,7 @@
 // Create it before the process starts threads.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
@@ -23,6 +24,7 @@ class LocalServerError : public std::runtime_error {
 struct Options {
   std::vector<std::string> server_arguments;  // added to the server's command line; used by whoever starts it
   int tcp_port = 0;                           // 0: socket only; else loopback TCP too (tests)
+  std::chrono::seconds patience{120};         // for a server that recovers, or that somebody else stops
 };
 
 class LocalServer {
