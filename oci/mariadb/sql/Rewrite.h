@@ -26,7 +26,11 @@ struct Rewritten {
   bool is_block = false;        // BEGIN, DECLARE: undone whole when it fails midway
   bool is_query = false;        // has a result set
   bool draws_sequence = false;  // contains NEXTVAL: its lock is wanted until the DML that follows
+  bool locks_rows = false;      // SELECT … FOR UPDATE: holds what it locked until the transaction ends
 };
+
+// The OCI_STMT_* of a text, as far as its words tell it: for a text that Rewrite refuses, too. Never throws.
+ub2 StatementType(std::string_view oracle_sql);
 
 // Throws OraError (ORA-01756 for an open quote, ORA-00911 for a trailing semicolon, ORA-03001 for what cannot
 // be had here). Empty text gives an empty statement of type UNKNOWN.

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/sql/PieceList.h"
+
+#include <algorithm>
+
+#include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/TextCase.h"
+
+namespace ocimaria::sql {
+
+PieceList::PieceList(std::string_view sql) {
+  const TokenList list = Tokenize(sql);
+  m_pieces.reserve(list.tokens.size());
+  for (const Token& token : list.tokens) m_pieces.push_back({token, token.text, {}, {}});
+  m_tail = list.tail;
+  MatchParentheses();
+}
+
+void PieceList::MatchParentheses() {
+  std::vector<std::size_t> open;
+  for (std::size_t i = 0; i < Size(); ++i) {
+    if (IsSymbol(i, "(")) open.push_back(i);
+    if (!IsSymbol(i, ")") || open.empty()) continue;
+    m_pieces[open.back()].closing = i;
+    open.pop_back();
+  }
+}
+
+TokenKind PieceList::Kind(std::size_t i) const {
+  return i < m_pieces.size() ? m_pieces[i].token.kind : TokenKind::kSymbol;
+}
+
+std::string_view PieceList::Text(std::size_t i) const {
+  return i < m_pieces.size() ? m_pieces[i].token.text : std::string_view();
+}
+
+bool PieceList::IsWord(std::size_t i, std::string_view upper) const {
+  return Kind(i) == TokenKind::kWord && EqualsUpper(Text(i), upper);
+}
+
+bool PieceList::IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const {
+  return std::ranges::any_of(upper, [&](std::string_view word) { return IsWord(i, word); });
+}
+
+bool PieceList::IsSymbol(std::size_t i, std::string_view symbol) const {
+  return i < m_pieces.size() && Kind(i) == TokenKind::kSymbol && Text(i) == symbol;
+}
+
+bool PieceList::IsName(std::size_t i) const {
+  return Kind(i) == TokenKind::kWord || Kind(i) == TokenKind::kQuotedName;
+}
+
+bool PieceList::AreWords(std::size_t i, std::initializer_list<std::string_view> upper) const {
+  return std::ranges::all_of(upper, [&](std::string_view word) { return IsWord(i++, word); });
+}
+
+std::size_t PieceList::ClosingOf(std::size_t open) const {
+  if (m_pieces[open].closing == 0) throw OraError(907);
+  return m_pieces[open].closing;
+}
+
+void PieceList::Replace(std::size_t i, std::string text) {
+  m_pieces[i].text = Keep(std::move(text));
+  m_pieces[i].removed = false;
+}
+
+void PieceList::Remove(std::size_t begin, std::size_t end) {
+  for (std::size_t i = begin; i < end; ++i) {
+    m_pieces[i].removed = true;
+    m_pieces[i].gap_removed = i > begin;
+  }
+}
+
+void PieceList::InsertBefore(std::size_t i, std::string text) { m_pieces[i].before = Keep(std::move(text)); }
+
+void PieceList::SetDateMask(std::size_t i, std::string mask) { m_pieces[i].date_mask = std::move(mask); }
+
+std::string PieceList::Join() const { return Join(0, Size()) + PortableGap(m_tail); }
+
+std::string PieceList::Join(std::size_t begin, std::size_t end) const {
+  std::string text;
+  for (std::size_t i = begin; i < end; ++i) {
+    const Piece& piece = m_pieces[i];
+    if ((i > begin || begin == 0) && !piece.gap_removed) text += PortableGap(piece.token.gap);
+    text += piece.before;
+    if (!piece.removed) text += piece.text;
+  }
+  return text;
+}
+
+std::string PortableGap(std::string_view gap) {
+  std::string portable;
+  while (!gap.empty()) {
+    std::size_t length = 1;
+    if (gap.starts_with("--")) {
+      length = std::min(gap.find('\n'), gap.size());
+      portable += length > 2 && !IsSpace(gap[2]) ? "-- " : "--";
+      portable += gap.substr(2, length - 2);
+    } else if (gap.starts_with("/*")) {
+      length = gap.find("*/", 2) + 2;
+      const auto body = gap.substr(2, length - 2);
+      portable += body.starts_with('!') || body.starts_with("M!") ? "/* " : "/*";
+      portable += body;
+    } else {
+      portable += gap.front();
+    }
+    gap.remove_prefix(length);
+  }
+  return portable;
+}
+
+}  // namespace ocimaria::sql

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: Apache-2.0
+// A statement while it is rewritten: its tokens, each of which may be replaced or removed, and the text that
+// comes of them. What no pass touches comes out as it was written. It points into the source text, which must
+// outlive it; one thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "oci/mariadb/sql/Tokenizer.h"
+
+namespace ocimaria::sql {
+
+class PieceList {
+ public:
+  explicit PieceList(std::string_view sql);
+
+  std::size_t Size() const { return m_pieces.size(); }
+
+  // As written; an empty text and kSymbol beyond the last token, so that looking ahead needs no check.
+  TokenKind Kind(std::size_t i) const;
+  std::string_view Text(std::size_t i) const;
+
+  // Unquoted words and marks, letter case ignored; the words are given in upper case.
+  bool IsWord(std::size_t i, std::string_view upper) const;
+  bool IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const;
+  bool IsSymbol(std::size_t i, std::string_view symbol) const;
+  bool IsName(std::size_t i) const;  // a word or a quoted name
+
+  // The words from i on, in this order.
+  bool AreWords(std::size_t i, std::initializer_list<std::string_view> upper) const;
+
+  // The index of the ")" that closes the "(" at `open`. Throws ORA-00907 when there is none.
+  std::size_t ClosingOf(std::size_t open) const;
+
+  void Replace(std::size_t i, std::string text);
+  void Remove(std::size_t begin, std::size_t end);  // [begin, end), with the gaps before the second and later
+  void InsertBefore(std::size_t i, std::string text);
+  bool IsRemoved(std::size_t i) const { return m_pieces[i].removed; }
+
+  // The mask by which the placeholder's bound text is to be converted.
+  void SetDateMask(std::size_t i, std::string mask);
+  const std::string& DateMask(std::size_t i) const { return m_pieces[i].date_mask; }
+
+  // The text as it now stands.
+  std::string Join() const;
+  std::string Join(std::size_t begin, std::size_t end) const;  // without the gap before `begin`
+
+ private:
+  struct Piece {
+    Token token;
+    std::string_view text;    // what comes out
+    std::string_view before;  // inserted in front of it
+    std::string date_mask;
+    std::size_t closing = 0;  // of a "(": its ")"; 0: none
+    bool removed = false;
+    bool gap_removed = false;
+  };
+
+  std::string_view Keep(std::string text) { return m_kept.emplace_back(std::move(text)); }
+
+  void MatchParentheses();
+
+  std::vector<Piece> m_pieces;
+  std::string_view m_tail;
+  std::deque<std::string> m_kept;  // the texts that pieces were given; never moved
+};
+
+// Comments that MariaDB reads otherwise than Oracle, put right: "--x" needs a blank there, and "/*!" and
+// "/*M!" would be run.
+std::string PortableGap(std::string_view gap);
+
+}  // namespace ocimaria::sql

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/sql/Rewrite.h"
+
+#include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/DateFunctions.h"
+#include "oci/mariadb/sql/PieceList.h"
+#include "oci/mariadb/sql/StatementKind.h"
+#include "oci/mariadb/sql/TextCase.h"
+
+namespace ocimaria::sql {
+namespace {
+
+// A semicolon ends a statement of PL/SQL; plain SQL holds none.
+void RefuseSemicolon(const PieceList& pieces) {
+  for (std::size_t i = 0; i < pieces.Size(); ++i) {
+    if (pieces.IsSymbol(i, ";")) throw OraError(911);
+  }
+}
+
+std::string PlaceholderName(std::string_view text) {
+  text.remove_prefix(1);
+  if (!text.starts_with('"')) return UpperCase(text);
+  return std::string(text.substr(1, text.size() - 2));
+}
+
+std::vector<Placeholder> TakePlaceholders(PieceList& pieces) {
+  std::vector<Placeholder> placeholders;
+  for (std::size_t i = 0; i < pieces.Size(); ++i) {
+    if (pieces.Kind(i) != TokenKind::kPlaceholder || pieces.IsRemoved(i)) continue;
+    placeholders.push_back({PlaceholderName(pieces.Text(i)), pieces.DateMask(i)});
+    pieces.Replace(i, "?");
+  }
+  return placeholders;
+}
+
+bool DrawsSequence(const PieceList& pieces) {
+  for (std::size_t i = 2; i < pieces.Size(); ++i) {
+    if (pieces.IsWord(i, "NEXTVAL") && pieces.IsSymbol(i - 1, ".")) return true;
+  }
+  return false;
+}
+
+bool LocksRows(const PieceList& pieces) {
+  for (std::size_t i = 0; i + 1 < pieces.Size(); ++i) {
+    if (pieces.AreWords(i, {"FOR", "UPDATE"})) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Rewritten Rewrite(std::string_view oracle_sql) {
+  PieceList pieces(oracle_sql);
+  const StatementKind kind = ClassifyStatement(pieces);
+  if (!kind.is_block && !kind.is_stored_program) RefuseSemicolon(pieces);
+
+  Rewritten rewritten;
+  rewritten.type = kind.type;
+  rewritten.is_ddl = kind.is_ddl;
+  rewritten.is_block = kind.is_block;
+  rewritten.is_query = kind.type == OCI_STMT_SELECT;
+  rewritten.draws_sequence = DrawsSequence(pieces);
+  rewritten.locks_rows = rewritten.is_query && LocksRows(pieces);
+
+  RewriteDateFunctions(pieces);
+  if (!kind.is_stored_program) rewritten.placeholders = TakePlaceholders(pieces);
+  rewritten.text = pieces.Join();
+  return rewritten;
+}
+
+ub2 StatementType(std::string_view oracle_sql) {
+  try {
+    return ClassifyStatement(PieceList(oracle_sql)).type;
+  } catch (const OraError&) {
+    return OCI_STMT_UNKNOWN;
+  }
+}
+
+}  // namespace ocimaria::sql

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/sql/Tokenizer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/TextCase.h"
+
+namespace ocimaria::sql {
+namespace {
+
+constexpr bool IsWordStart(char c) { return IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 128; }
+constexpr bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c) || c == '$' || c == '#'; }
+
+// The bracket that closes a q'..' literal; any other character closes itself.
+constexpr char ClosingBracket(char opening) {
+  switch (opening) {
+    case '[':
+      return ']';
+    case '{':
+      return '}';
+    case '(':
+      return ')';
+    case '<':
+      return '>';
+    default:
+      return opening;
+  }
+}
+
+// How long the prefix of a string literal is (N, Q, NQ) and whether it has brackets of its own.
+struct StringPrefix {
+  std::size_t length = 0;
+  bool has_brackets = false;
+};
+
+constexpr StringPrefix PrefixOf(std::string_view text) {
+  StringPrefix prefix;
+  if (prefix.length < text.size() && ToUpper(text[prefix.length]) == 'N') ++prefix.length;
+  if (prefix.length < text.size() && ToUpper(text[prefix.length]) == 'Q') {
+    ++prefix.length;
+    prefix.has_brackets = true;
+  }
+  return prefix;
+}
+
+class Scanner {
+ public:
+  explicit Scanner(std::string_view sql) : m_sql(sql) {}
+
+  TokenList Scan() {
+    TokenList list;
+    for (;;) {
+      const std::size_t gap_begin = m_at;
+      SkipGap();
+      const auto gap = m_sql.substr(gap_begin, m_at - gap_begin);
+      if (m_at == m_sql.size()) {
+        list.tail = gap;
+        return list;
+      }
+      const std::size_t begin = m_at;
+      const TokenKind kind = ScanToken();
+      list.tokens.push_back({kind, gap, m_sql.substr(begin, m_at - begin)});
+    }
+  }
+
+ private:
+  char Peek(std::size_t ahead = 0) const { return m_at + ahead < m_sql.size() ? m_sql[m_at + ahead] : '\0'; }
+
+  void SkipGap() {
+    for (;;) {
+      if (m_at < m_sql.size() && IsSpace(m_sql[m_at])) {
+        ++m_at;
+      } else if (Peek() == '-' && Peek(1) == '-') {
+        m_at = std::min(m_sql.find('\n', m_at), m_sql.size());
+      } else if (Peek() == '/' && Peek(1) == '*') {
+        SkipPast(m_sql.find("*/", m_at + 2), 2, 1742);
+      } else {
+        return;
+      }
+    }
+  }
+
+  void SkipPast(std::size_t closing, std::size_t length, int error) {
+    if (closing == m_sql.npos) throw OraError(error);
+    m_at = closing + length;
+  }
+
+  TokenKind ScanToken() {
+    const auto prefix = PrefixOf(m_sql.substr(m_at, 2));
+    if (Peek(prefix.length) == '\'') return ScanString(prefix);
+    if (IsWordStart(Peek())) return ScanWhile(TokenKind::kWord, IsWordPart);
+    if (Peek() == '"') return ScanQuotedName(TokenKind::kQuotedName);
+    if (IsDigit(Peek()) || (Peek() == '.' && IsDigit(Peek(1)))) return ScanNumber();
+    if (Peek() == ':' && Peek(1) != '=') return ScanPlaceholder();
+    return ScanSymbol();
+  }
+
+  TokenKind ScanWhile(TokenKind kind, bool (*part)(char)) {
+    while (m_at < m_sql.size() && part(m_sql[m_at])) ++m_at;
+    return kind;
+  }
+
+  TokenKind ScanString(StringPrefix prefix) {
+    m_at += prefix.length + 1;
+    if (prefix.has_brackets) {
+      if (m_at == m_sql.size()) throw OraError(1756);
+      const char closing[] = {ClosingBracket(m_sql[m_at]), '\''};
+      SkipPast(m_sql.find(std::string_view(closing, 2), m_at + 1), 2, 1756);
+      return TokenKind::kString;
+    }
+    do {
+      SkipPast(m_sql.find('\'', m_at), 1, 1756);
+    } while (Peek() == '\'' && ++m_at);
+    return TokenKind::kString;
+  }
+
+  TokenKind ScanQuotedName(TokenKind kind) {
+    if (Peek(1) == '"') throw OraError(1741);
+    SkipPast(m_sql.find('"', m_at + 1), 1, 1740);
+    return kind;
+  }
+
+  TokenKind ScanNumber() {
+    ScanWhile(TokenKind::kNumber, IsDigit);
+    // Two points are the range of a loop, as in 1..3.
+    if (Peek() == '.' && Peek(1) != '.') {
+      ++m_at;
+      ScanWhile(TokenKind::kNumber, IsDigit);
+    }
+    const std::size_t sign = Peek(1) == '+' || Peek(1) == '-' ? 1 : 0;
+    if (ToUpper(Peek()) == 'E' && IsDigit(Peek(1 + sign))) {
+      m_at += 1 + sign;
+      ScanWhile(TokenKind::kNumber, IsDigit);
+    }
+    return TokenKind::kNumber;
+  }
+
+  TokenKind ScanPlaceholder() {
+    ++m_at;
+    if (Peek() == '"') return ScanQuotedName(TokenKind::kPlaceholder);
+    if (!IsWordStart(Peek()) && !IsDigit(Peek())) throw OraError(1745);
+    return ScanWhile(TokenKind::kPlaceholder, IsWordPart);
+  }
+
+  TokenKind ScanSymbol() {
+    static constexpr std::array<std::string_view, 12> kPairs{
+        ":=", "||", "<=", ">=", "<>", "!=", "^=", "=>", "..", "**", "<<", ">>"};
+    const auto pair = m_sql.substr(m_at, 2);
+    m_at += std::ranges::find(kPairs, pair) != kPairs.end() ? 2 : 1;
+    return TokenKind::kSymbol;
+  }
+
+  std::string_view m_sql;
+  std::size_t m_at = 0;
+};
+
+}  // namespace
+
+TokenList Tokenize(std::string_view sql) { return Scanner(sql).Scan(); }
+
+std::string StringValue(std::string_view literal) {
+  const auto prefix = PrefixOf(literal);
+  literal.remove_prefix(prefix.length + 1);
+  literal.remove_suffix(1);
+  if (prefix.has_brackets) return std::string(literal.substr(1, literal.size() - 2));
+  std::string value;
+  for (std::size_t i = 0; i < literal.size(); ++i) {
+    value += literal[i];
+    if (literal[i] == '\'') ++i;
+  }
+  return value;
+}
+
+}  // namespace ocimaria::sql
