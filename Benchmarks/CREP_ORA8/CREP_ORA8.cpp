@@ -5,6 +5,7 @@
 
 #include "CREP_CreateObjects_ORA8.h"
 #include "CREP_DeleteObjects_ORA8.h"
+#include "CREP_InitObjects_ORA8.h"
 #include "REP_RefreshTables_ORA8.h"
 
 namespace {
@@ -34,6 +35,7 @@ int CREP_ORA8::RegisterTransactions(int bSetup) {
 void CREP_ORA8::AddSetupTransactions() {
   AddXact(new CXact_Create_RepTables);
   AddXact(new CXact_Drop_RepTables);
+  AddXact(new CXact_LoadTable_ORA8);
   AddXact(new CXact_Create_Sequence);
   AddXact(new CXact_Drop_Sequence);
   AddXact(new CXact_Create_Replication_Properties_Table);
