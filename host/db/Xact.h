@@ -42,15 +42,21 @@ enum enumXactType {
   EXT_FUNCTION = 16
 };
 
-// What a transaction copy has done since ClearResults.
+// What a transaction copy has done since ClearResults. Times are nanoseconds from start to end; an execution
+// whose timer was reset instead of ended has none and adds no rows.
 class CXactResults {
  public:
   __int64 m_nExecutions = 0;
   __int64 m_nFailures = 0;
   __int64 m_nRows = 0;
   __int64 m_nBytes = 0;
-  __int64 m_nTotalTime = 0;  // nanoseconds from start to end, summed
+  __int64 m_nTotalTime = 0;  // summed
   double m_fRate = 0.0;      // executions per second, from CalculateResults
+
+  // The spread of the times, since ClearDistributions.
+  __int64 m_nTimedExecutions = 0;
+  __int64 m_nMinTime = 0;
+  __int64 m_nMaxTime = 0;
 };
 
 // A manual-reset event: the runner signals it, users wait for it.
@@ -74,27 +80,32 @@ class CXact : public wxObject, public CRestObject {
                           LKString& szValue);  // 1 when the property exists and took the value
   virtual int SetChildObject(LKString& szName, LKString& szValue);  // 0: no child objects to set
   virtual int GetDriverType() { return m_nDriverType; }
-  virtual int Execute();
-  virtual int CalculateResults(unsigned int nMilliseconds);  // rates over that much time
+  virtual int Execute();  // the base runs its next child transaction; 1 when it has none
+  virtual int CalculateResults(unsigned int nMilliseconds);  // the rate over that much time; 0 for no time
   virtual int CanSearchReplace() { return 0; }
+  // The number of replacements. The base holds no text of its own to search and asks its children.
   virtual int GlobalSearchReplace(LKString& szFind, LKString& szReplace, int bMatchCase, int bWholeWord);
-  virtual void ClearResults();
+  virtual void ClearResults();  // the counts; the spread of the times stays
   virtual void ClearDistributions();
-  virtual int GetXactResults(CXactResults* pResults);
+  virtual int GetXactResults(CXactResults* pResults);  // 0 for a null pointer
   virtual void SetDriver(CDriverBase* pDriver) { m_pDriver = pDriver; }
   virtual void SetBenchmark(CSSBenchmark* pBenchmark) { m_pBenchmark = pBenchmark; }
+  // Makes the copy ready for a run: its user, its random stream, cleared results. pStart (not owned, may be
+  // null) is the event that PreExecute looks at. 0 when the user is not within 1..nTotalUsers.
   virtual int InitializeForTest(LKEvent_* pStart, int nUserID, int nTotalUsers, int nSeed);
+  // One CSV line per PostExecute, in the folder of setting "Directory" in section "Results" (default: the
+  // current one), named after the transaction's id and the user. 0 when the file cannot be written.
   virtual int OpenResultsFile(int nUserID);
-  virtual int CloseResultsFile();
-  virtual int PreExecute() { return 1; }
-  virtual int PostExecute();  // books the timer's last execution into the results
+  virtual int CloseResultsFile();  // 1 when a file was open and holds all that was written to it
+  virtual int PreExecute();        // 0 while the start event is still to be signalled
+  virtual int PostExecute();       // books the timer's last execution into the results
   virtual int PreBenchmark() { return 1; }
   virtual int PostBenchmark() { return 1; }
   virtual int PreIteration() { return 1; }
   virtual int PostIteration() { return 1; }
   virtual int IsUserXact() { return 0; }
   virtual int IsInUserXact();
-  virtual CXact* GetNextXactToExecute();
+  virtual CXact* GetNextXactToExecute();  // a child drawn by weight; null when none has a weight above 0
   virtual void SetScriptEngine(wxObject* pEngine) { m_pScriptEngine = pEngine; }
   virtual LKString GetScript() { return {}; }
   virtual int GetXactCount() { return static_cast<int>(m_ChildXacts.GetCount()); }
@@ -104,11 +115,14 @@ class CXact : public wxObject, public CRestObject {
   virtual LKString GetPreparedSQLName() { return {}; }
   virtual void SetFreeAfterExecute(int) {}
   virtual int IsFreeAfterExecute() { return 0; }
-  virtual LKString GetDetailInformation();
+  virtual LKString GetDetailInformation();  // "name (transaction id, type n): description"
   virtual LKString GetExecuteSQL() { return {}; }
   CRestObject* GetNextObject(LKString szName) override;
+  // Copies what describes the transaction: identity, weight, user load, settings. What binds a copy to its
+  // run (driver, benchmark, user, cancel flag, timer, results, parent and children) stays.
   virtual CXact& operator=(const CXact& other);
-  virtual int CopyObject(const CXact* pOther);
+  virtual int CopyObject(const CXact* pOther);  // 0 for a null pointer
+  // As the base, and 400, with nothing changed, for a weight or user load below 0.
   int DoPut(Context context, LKString& szResponse) override;
   void GetPropertyTable(std::vector<REST_PROPERTY_ENTRY>& table) override;
 
@@ -126,7 +140,11 @@ class CXact : public wxObject, public CRestObject {
   int GetWeight() const { return m_nWeight; }
   int GetUserLoad() const { return m_nUserLoad; }
   __int64 GetRowsProcessed() const { return m_nRowsProcessed; }
+  CXact* GetParentXact() const { return m_pParentXact; }
+  wxObject* GetScriptEngine() const { return m_pScriptEngine; }
 
+  void AddChildXact(CXact* pChild);  // not owned; the child learns its parent
+  void SetExecuteResult(int nResult) { m_nExecuteResult = nResult; }  // for the PostExecute that follows
   void SetName(const wchar_t* szName) { m_szName = szName; }
   void SetDescription(const wchar_t* szDescription) { m_szDescription = szDescription; }
   void SetXactID(int nID) { m_nXactID = nID; }
@@ -167,7 +185,11 @@ class CXact : public wxObject, public CRestObject {
 
  private:
   wxObject* m_pScriptEngine = nullptr;
+  void BookTime();
+  void WriteResultsLine();
+
   CXactResults m_Results;
+  int m_nExecuteResult = 1;
   LKEvent_* m_pStartEvent = nullptr;
   std::ofstream m_ResultsFile;
   std::atomic<bool> m_bOwnCancel{false};
