@@ -44,6 +44,9 @@ class LKString {
   int m_nCount = 0;  // nesting counter of Format: 0 while no call is in progress
 
  private:
+  friend bool operator<(LKString left, const LKString& right);
+  friend bool operator==(const LKString& left, const LKString& right);
+
   std::wstring m_str;
 };
 
@@ -51,3 +54,5 @@ LKString operator+(const LKString& left, const LKString& right);
 // The ordering of string-keyed maps. Takes its left operand by value: part of the contract.
 bool operator<(LKString left, const LKString& right);
 bool operator==(const LKString& left, const LKString& right);
+
+#include "core/LKStringFormat.h"  // the bodies of Format

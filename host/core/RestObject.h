@@ -35,14 +35,16 @@ class CRestObject {
   // Slot order is part of the contract.
   virtual void GetPropertyTable(std::vector<REST_PROPERTY_ENTRY>& table);
   virtual ~CRestObject();
-  virtual int ProcessRequest(Context context, LKString& szResponse);  // dispatches by nMethod; an HTTP status
-  virtual CRestObject* GetNextObject(LKString szName);                // the child of that name, or null
-  virtual int DoGet(Context context, LKString& szResponse);           // 200 with the properties
-  virtual int DoPut(Context context, LKString& szResponse);           // 200 or 400
-  virtual int DoPost(Context context, LKString& szResponse);          // 405
-  virtual int DoDelete(Context context, LKString& szResponse);        // 405
-  virtual int IsValid();                                              // 1
-  virtual int Apply();                                                // 1
+  // An HTTP status. szRestURI leads to the object meant, one child name per segment (404 where it ends);
+  // there nMethod, an enumRestMethod, decides.
+  virtual int ProcessRequest(Context context, LKString& szResponse);
+  virtual CRestObject* GetNextObject(LKString szName);          // the child of that name, or null
+  virtual int DoGet(Context context, LKString& szResponse);     // 200 with the properties
+  virtual int DoPut(Context context, LKString& szResponse);     // 200; 400, nothing changed
+  virtual int DoPost(Context context, LKString& szResponse);    // 405
+  virtual int DoDelete(Context context, LKString& szResponse);  // 405
+  virtual int IsValid();                                        // 1
+  virtual int Apply();                                          // 1
 };
 
 enum enumRestMethod { REST_GET = 0, REST_PUT = 1, REST_POST = 2, REST_DELETE = 3 };
