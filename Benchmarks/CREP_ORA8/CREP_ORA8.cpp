@@ -7,6 +7,9 @@
 #include "CREP_DeleteObjects_ORA8.h"
 #include "CREP_InitObjects_ORA8.h"
 #include "REP_RefreshTables_ORA8.h"
+#include "Xact_Delete.h"
+#include "Xact_Insert.h"
+#include "Xact_Update.h"
 
 namespace {
 
@@ -45,7 +48,11 @@ void CREP_ORA8::AddSetupTransactions() {
   AddXact(new CREP_Refresh_Sequence);
 }
 
-void CREP_ORA8::AddWorkloadTransactions() {}
+void CREP_ORA8::AddWorkloadTransactions() {
+  AddXact(new CXact_Insert);
+  AddXact(new CXact_Update);
+  AddXact(new CXact_Delete);
+}
 
 int CREP_ORA8::RecordRow(long nTableNum, long nRowID) {
   const std::lock_guard lock(m_MapLock);

@@ -63,7 +63,8 @@ Cell CellOf(const BindState& bind, ub4 row) {
 
 void Deliver(const BindState& define, const Cell& cell) {
   if (define.indicator != nullptr) {
-    const sb2 value = cell ? 0 : -1;
+    const bool cut = cell && define.type == SQLT_STR && cell->size() >= static_cast<size_t>(define.size);
+    const sb2 value = static_cast<sb2>(!cell ? -1 : cut ? -2 : 0);
     std::memcpy(define.indicator, &value, sizeof value);
   }
   if (!cell) return;
@@ -157,6 +158,7 @@ void ScriptedOci::Describe(const std::string& sql, std::vector<ColumnSpec> colum
 }
 
 void ScriptedOci::Answer(const std::string& sql, std::vector<ResultSet> results) {
+  m_counters.erase(sql);
   m_answers[sql] = std::move(results);
 }
 

@@ -30,7 +30,7 @@ struct ColumnSpec {
 struct Fault {
   sword status = OCI_ERROR;
   sb4 code = 0;
-  std::string text;
+  std::string text = {};
 };
 Fault OraFault(sb4 code, const std::string& text = "scripted failure");
 

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+// The fixture of the workload tests: a connected driver, a replication benchmark, and one copy of a
+// transaction bound to both as virtual user 3, with kTables tables that all have an ID, a number, a text and
+// a date column.
+#pragma once
+
+#include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
+#include "ConnectedDriver.h"
+#include "core/Random.h"
+#include "db/Xact.h"
+
+namespace scripted {
+
+inline constexpr int kUser = 3;
+inline constexpr char kSequenceQuery[] = "SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL";
+
+// A driver of another database: no COracle8Driver.
+class ForeignDriver : public CDriverBase {
+ public:
+  int Connect(LKString, LKString, LKString) override { return 1; }
+  int Disconnect() override { return 1; }
+  int IsConnected() const override { return 1; }
+  int Commit() override { return 1; }
+  int Rollback() override { return 1; }
+  int Cancel() override { return 1; }
+  int PrepareStatement(const wchar_t*, int) override { return 1; }
+  int ExecuteStatement(int) override { return 1; }
+  int CloseStatement() override { return 1; }
+  int Query(LKString, std::vector<std::vector<LKString>>&) override { return 1; }
+  LKString GetServerVersion() override { return {}; }
+};
+
+template <class Transaction>
+class WorkloadTest : public ConnectedDriver<> {
+ protected:
+  explicit WorkloadTest(int nTables = 1) {
+    SetSettings(nTables, 1.0);
+    m_xact.SetDriver(&m_driver);
+    m_xact.SetBenchmark(&m_benchmark);
+    m_xact.SetUserID(kUser);
+    Oci().AnswerCounting(kSequenceQuery, 1001);
+    for (int n = 1; n <= 9; ++n) DescribeTable(n, kColumns);
+  }
+  ~WorkloadTest() override {
+    m_xact.PostBenchmark();
+    EXPECT_EQ(Oci().Violations(), std::vector<std::string>{});
+  }
+
+  void SetSettings(int nTables, double fScale) {
+    CBenchmarkProperties properties;
+    properties.GetRepBenchmarkProperties().SetTableNumber(nTables);
+    properties.SetScale(fScale);
+    m_xact.SetBenchmarkProperties(properties);
+  }
+
+  static void DescribeTable(int nTable, const std::vector<ColumnSpec>& columns) {
+    Oci().Describe("SELECT * FROM LK_REP_TABLE" + std::to_string(nTable), columns);
+  }
+  void Start() {
+    ASSERT_EQ(m_xact.PreBenchmark(), 1);
+    Oci().ClearCalls();
+  }
+  std::vector<std::pair<long, long>> MapEntries() {
+    std::vector<std::pair<long, long>> entries;
+    auto& map = m_benchmark.m_MapTableNumToRowID;
+    for (auto pos = map.GetStartPosition(); pos != map.GetEndPosition(); ++pos) entries.push_back(*pos);
+    return entries;
+  }
+
+  static inline const std::vector<ColumnSpec> kColumns = {{"ID", SQLT_NUM, 22, 0, -127, 0},
+                                                          {"COLUMN1", SQLT_NUM, 22, 5, 2, 0},
+                                                          {"COLUMN2", SQLT_CHR, 4, 0, 0, 0},
+                                                          {"COLUMN3", SQLT_DAT, 7, 0, 0, 0}};
+  CREP_ORA8 m_benchmark;
+  Transaction m_xact;
+};
+
+}  // namespace scripted

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Benchmarks/CREP_ORA8/Xact_Delete.h"
+
+#include <gmock/gmock.h>
+
+#include "Recorders.h"
+#include "WorkloadFixture.h"
+
+namespace scripted {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class XactDelete : public WorkloadTest<CXact_Delete> {
+ protected:
+  std::string Sql() const { return m_xact.m_szSQL.ToChar(); }
+};
+
+TEST_F(XactDelete, CarriesItsIdentity) {
+  EXPECT_STREQ(m_xact.GetName(), L"Delete Transaction");
+  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark delete transaction");
+  EXPECT_EQ(m_xact.GetXactID(), 151);
+}
+
+TEST_F(XactDelete, PreBenchmarkAllocatesAndPreparesNothing) {
+  ASSERT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)"));
+}
+
+TEST_F(XactDelete, FailedAllocationReturns0WithItsMessage) {
+  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
+  EXPECT_EQ(m_xact.PreBenchmark(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              StartsWith("Unable statement handle in Delete Transaction!"));
+}
+
+TEST_F(XactDelete, WithoutTablesTheAssertionNamesLine60) {
+  SetSettings(0, 1.0);
+  EXPECT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(m_asserts.Texts(),
+              ElementsAre("Benchmarks/CREP_ORA8/Xact_Delete.cpp:60 PreBenchmark: m_nNumberOfTables > 0"));
+}
+
+TEST_F(XactDelete, WithoutAnOracleDriverNothingTouchesOci) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.SetDriver(pDriver);
+    EXPECT_EQ(m_xact.PreBenchmark(), 0);
+    EXPECT_EQ(m_xact.Execute(), 0);
+  }
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  m_xact.SetDriver(&m_driver);
+}
+
+TEST_F(XactDelete, WithAnEmptyMapARandomRowOfTheTruncatedScaleIsDeleted) {
+  SetSettings(5, 2.7);
+  Start();
+  CRandom random;
+  random.Seed(kUser + 3);
+  for (int i = 0; i < 200; ++i) {
+    const int nTable = random.GetRandomInt(1, 5);
+    const int nRow = random.GetRandomInt(1, 2000);
+    m_xact.BuildSQL();
+    ASSERT_EQ(Sql(),
+              "delete from LK_REP_TABLE" + std::to_string(nTable) + " where id = " + std::to_string(nRow));
+    ASSERT_EQ(m_xact.m_bInsertedRow, FALSE);
+  }
+}
+
+TEST_F(XactDelete, ARecordedRowIsDeletedAndItsEntryErased) {
+  m_benchmark.RecordRow(3, 7);
+  Start();
+  ASSERT_THAT(MapEntries(), ElementsAre(Pair(10, 7)));
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("delete from LK_REP_TABLE3 where id = 7"));
+  EXPECT_EQ(m_xact.m_bInsertedRow, TRUE);
+  EXPECT_THAT(MapEntries(), IsEmpty());
+}
+
+TEST_F(XactDelete, RecordedRowsGoInKeyOrderWithoutARandomDraw) {
+  m_benchmark.RecordRow(1, 30);
+  m_benchmark.RecordRow(2, 10);
+  m_benchmark.RecordRow(3, 20);
+  SetSettings(5, 1.0);
+  Start();
+  for (int i = 0; i < 4; ++i) m_xact.Execute();
+  CRandom random;  // only the fourth draws
+  random.Seed(kUser + 3);
+  const int nTable = random.GetRandomInt(1, 5);
+  const int nRow = random.GetRandomInt(1, 1000);
+  EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("delete from LK_REP_TABLE2 where id = 10",
+                                               "delete from LK_REP_TABLE3 where id = 20",
+                                               "delete from LK_REP_TABLE1 where id = 30",
+                                               "delete from LK_REP_TABLE" + std::to_string(nTable) +
+                                                   " where id = " + std::to_string(nRow)));
+}
+
+TEST_F(XactDelete, TheEntryIsErasedAlsoWhenNoRowWasThere) {
+  m_benchmark.RecordRow(3, 7);
+  Oci().RowCounts("delete", {0});
+  Start();
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_THAT(MapEntries(), IsEmpty());
+}
+
+TEST_F(XactDelete, AFailingExecuteKeepsTheEntryAndTheNextDeleteRetriesTheRow) {
+  m_benchmark.RecordRow(3, 7);
+  Start();
+  Oci().FailSql("delete", 1, OraFault(60, "deadlock detected"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(MapEntries(), ElementsAre(Pair(10, 7)));
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_EQ(m_reports.Errors()[0].m_szErrorNumber.ToChar(), "60");
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(Oci().ExecutedSql().back(), "delete from LK_REP_TABLE3 where id = 7");
+}
+
+TEST_F(XactDelete, AnEntryThatAnotherUserErasedMeanwhileIsNoError) {
+  m_benchmark.RecordRow(3, 7);
+  Start();
+  Oci().After("OCIStmtExecute", 1, [this] { m_benchmark.ForgetRow(3, 7); });
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), IsEmpty());
+}
+
+TEST_F(XactDelete, AFailedPrepareIsReportedWithItsMessage) {
+  Start();
+  Oci().FailCall("OCIStmtPrepare", 1, OraFault(900));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              StartsWith("Unable to prepare statement for delete transaction."));
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(XactDelete, OneDeleteIsAPrepareAnExecuteWithoutCommitAndARowCount) {
+  m_benchmark.RecordRow(3, 7);
+  Start();
+  ASSERT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(
+      Oci().Calls(),
+      ElementsAre("OCIStmtPrepare(stmt#1, err#1, \"delete from LK_REP_TABLE3 where id = 7\", 38, 1, 0)",
+                  "OCIStmtExecute(svc#1, stmt#1, err#1, 1, 0, null, null, 0)",
+                  "OCIAttrGet(stmt#1, 4, null, 9, err#1)"));
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
+}
+
+TEST_F(XactDelete, ABenchmarkOfAnotherKindEndsTheTimerAndSucceeds) {
+  CSSBenchmark other;
+  m_xact.SetBenchmark(&other);
+  Start();
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(XactDelete, PostBenchmarkFreesTheHandle) {
+  Start();
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_EQ(m_xact.m_pDeleteStmt, nullptr);
+  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
+}
+
+TEST_F(XactDelete, TheDebugLineNamesUserAndTable) {
+  Start();
+  m_benchmark.RecordRow(3, 7);
+  LogRecorder log;
+  m_xact.BuildSQL();
+  EXPECT_THAT(log.Texts(),
+              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Delete.cpp:160 BuildSQL: Delete --- User [3] "
+                          "Table [LK_REP_TABLE3]\n"));
+}
+
+}  // namespace
+}  // namespace scripted

@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Benchmarks/CREP_ORA8/Xact_Insert.h"
+
+#include <gmock/gmock.h>
+
+#include "Recorders.h"
+#include "WorkloadFixture.h"
+
+namespace scripted {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+
+class XactInsert : public WorkloadTest<CXact_Insert> {
+ protected:
+  // Seed and skip: the table number that the k-th Execute (from 1) draws.
+  static int DrawnTable(int nTables, int k) {
+    CRandom random;
+    random.Seed(kUser + 1);
+    int nTable = 0;
+    for (int i = 0; i < k; ++i) nTable = random.GetRandomInt(1, nTables);
+    return nTable;
+  }
+};
+
+TEST_F(XactInsert, CarriesItsIdentity) {
+  EXPECT_STREQ(m_xact.GetName(), L"Insert Transaction");
+  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark insert transaction");
+  EXPECT_EQ(m_xact.GetXactID(), 131);
+  EXPECT_EQ(m_xact.GetTransactionType(), UNKNOWN);
+}
+
+TEST_F(XactInsert, PreBenchmarkPreparesAndDefinesTheSequenceQueryOnce) {
+  ASSERT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(
+      Oci().Calls(),
+      ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)",
+                  "OCIStmtPrepare(stmt#1, err#1, \"SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL\", 38, 1, 0)",
+                  "OCIDefineByPos(stmt#1, err#1, 1, &, 8, 4, &, null, null, 0)"));
+}
+
+TEST_F(XactInsert, PreBenchmarkReusesAnExistingHandle) {
+  Start();
+  ASSERT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(Oci().CallNames(), ElementsAre("OCIStmtPrepare", "OCIDefineByPos"));
+}
+
+TEST_F(XactInsert, FailedAllocationReturns0WithItsMessage) {
+  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
+  EXPECT_EQ(m_xact.PreBenchmark(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              testing::StartsWith("Unable statement handle in Insert Transaction!"));
+}
+
+TEST_F(XactInsert, FailedPrepareReturnsMinus1WithItsMessage) {
+  Oci().FailCall("OCIStmtPrepare", 1, OraFault(900));
+  EXPECT_EQ(m_xact.PreBenchmark(), -1);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              testing::StartsWith("Unable to generate ID for Insert transaction."));
+}
+
+TEST_F(XactInsert, WithoutTablesTheAssertionReportsAndProcessingContinues) {
+  SetSettings(0, 1.0);
+  EXPECT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(m_asserts.Texts(),
+              ElementsAre("Benchmarks/CREP_ORA8/Xact_Insert.cpp:62 PreBenchmark: m_nNumberOfTables > 0"));
+}
+
+TEST_F(XactInsert, WithoutAnOracleDriverNothingTouchesOci) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.SetDriver(pDriver);
+    EXPECT_EQ(m_xact.PreBenchmark(), 0);
+    EXPECT_EQ(m_xact.Execute(), 0);
+    EXPECT_EQ(m_xact.GenerateNextID(), -1);
+  }
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
+  m_xact.SetDriver(&m_driver);
+}
+
+TEST_F(XactInsert, OneInsertIsADescribeASequenceFetchAndAnUncommittedInsert) {
+  Start();
+  EXPECT_EQ(m_xact.Execute(), 1);
+  const auto& runs = Oci().Executions();
+  ASSERT_THAT(runs, SizeIs(3));
+  EXPECT_EQ(runs[0].sql, "SELECT * FROM LK_REP_TABLE1");
+  EXPECT_EQ(runs[0].mode, static_cast<ub4>(OCI_DESCRIBE_ONLY));
+  EXPECT_EQ(runs[1].sql, kSequenceQuery);
+  EXPECT_EQ(runs[1].mode, static_cast<ub4>(OCI_DEFAULT));
+  EXPECT_EQ(runs[2].sql,
+            "INSERT INTO LK_REP_TABLE1 (ID, COLUMN1, COLUMN2, COLUMN3) VALUES (:ID, :COLUMN1, :COLUMN2, "
+            "TO_DATE(:COLUMN3, 'YYYY/MM/DD HH24:MI:SS'))");
+  EXPECT_EQ(runs[2].mode, static_cast<ub4>(OCI_DEFAULT));
+  EXPECT_EQ(runs[2].rows[0][0], "1001");
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(ExtraHandles(), 1);  // its own statement: loader and table are freed
+}
+
+TEST_F(XactInsert, WithOneTableEveryInsertGoesToTable1) {
+  Start();
+  for (int i = 0; i < 20; ++i) ASSERT_EQ(m_xact.Execute(), 1);
+  for (const std::string& sql : Oci().ExecutedSql())
+    EXPECT_TRUE(sql == kSequenceQuery || sql.find("LK_REP_TABLE1") != std::string::npos) << sql;
+}
+
+TEST_F(XactInsert, DrawsItsTablesFromAStreamSeededWithUserPlus1) {
+  SetSettings(9, 1.0);
+  Start();
+  for (int k = 1; k <= 10; ++k) {
+    Oci().ClearCalls();
+    ASSERT_EQ(m_xact.Execute(), 1);
+    EXPECT_EQ(Oci().ExecutedSql()[0], "SELECT * FROM LK_REP_TABLE" + std::to_string(DrawnTable(9, k)));
+  }
+}
+
+TEST_F(XactInsert, ASequenceValueOf0IsAFailureAndLeaksTheLoader) {
+  Start();
+  Oci().AnswerCounting(kSequenceQuery, 0);
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+  EXPECT_THAT(Oci().ExecutedSql(), SizeIs(2));  // no insert
+  EXPECT_EQ(ExtraHandles(), 2);                 // kept: the loader's insert statement is not freed
+  EXPECT_THAT(MapEntries(), IsEmpty());
+}
+
+TEST_F(XactInsert, ASequenceValueBelowMinus1IsAnOrdinaryId) {
+  Start();
+  Oci().AnswerCounting(kSequenceQuery, -2);
+  EXPECT_EQ(m_xact.Execute(), 1);
+}
+
+TEST_F(XactInsert, AFailedSequenceFetchIsReportedAndEndsTheTimer) {
+  Start();
+  Oci().FailSql(kSequenceQuery, 1, OraFault(2289, "sequence does not exist"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              testing::StartsWith("Unable to generate ID for Insert transaction."));
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_EQ(ExtraHandles(), 2);
+}
+
+TEST_F(XactInsert, AFractionalNextvalIsTruncatedTowardZero) {
+  Start();
+  Oci().Answer(kSequenceQuery, {{{"1001.9"}}});
+  EXPECT_EQ(m_xact.GenerateNextID(), 1001);
+  Oci().Answer(kSequenceQuery, {{{"-7.9"}}});
+  EXPECT_EQ(m_xact.GenerateNextID(), -7);
+}
+
+TEST_F(XactInsert, AnUnreadableTableIsReportedBeforeTheTimerStarts) {
+  Start();
+  Oci().FailSql("SELECT * FROM", 1, OraFault(942, "table or view does not exist"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(m_reports.Reports(),
+              testing::Contains("ERROR -1: Unable to retrieve table information in Insert Transaction"));
+  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(XactInsert, AFailedBindIsSilentAndLeavesTheTimerStarted) {
+  Start();
+  Oci().FailCall("OCIBindByPos", 1, OraFault(1036));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(m_reports.Errors(), IsEmpty());
+  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(XactInsert, AFailedInsertEndsTheTimerAndRecordsNothing) {
+  Start();
+  Oci().FailSql("INSERT", 1, OraFault(1, "unique constraint violated"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_THAT(MapEntries(), IsEmpty());
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(XactInsert, RecordsTheRowUnderTheSumOfTableAndId) {
+  Start();
+  ASSERT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), ElementsAre(Pair(1002, 1001)));
+}
+
+TEST_F(XactInsert, ABenchmarkOfAnotherKindRecordsNothing) {
+  CSSBenchmark other;
+  m_xact.SetBenchmark(&other);
+  Start();
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), IsEmpty());
+}
+
+TEST_F(XactInsert, RecordsNothingWhile100RowsAreRecordedAndAgainAfterOneIsForgotten) {
+  for (long id = 1; id <= 99; ++id) m_benchmark.RecordRow(1, id);
+  Start();
+  ASSERT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), SizeIs(100));  // 99 before: recorded
+  ASSERT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), SizeIs(100));
+  EXPECT_EQ(MapEntries().back(), std::make_pair(1002L, 1001L));
+  m_benchmark.ForgetRow(1, 1);
+  ASSERT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(MapEntries().back(), std::make_pair(1004L, 1003L));
+}
+
+TEST_F(XactInsert, RowsOfTwoTablesWithOneSumShareAnEntryAndTheLaterStays) {
+  SetSettings(4, 1.0);
+  Start();
+  std::map<int, long> inserted;  // the ID that makes every table's sum 1010
+  for (int k = 1; k <= 12; ++k) {
+    const long id = 1010 - DrawnTable(4, k);
+    Oci().Answer(kSequenceQuery, {{{std::to_string(id)}}});
+    ASSERT_EQ(m_xact.Execute(), 1);
+    EXPECT_THAT(MapEntries(), ElementsAre(Pair(1010, id)));
+    inserted[DrawnTable(4, k)] = id;
+  }
+  EXPECT_GE(inserted.size(), 2U) << "the draws never left one table";
+}
+
+TEST_F(XactInsert, PostBenchmarkFreesTheHandleAndMakesItNull) {
+  Start();
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_EQ(m_xact.m_pStmt, nullptr);
+  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
+}
+
+TEST_F(XactInsert, TheDebugLineNamesUserAndTable) {
+  Start();
+  LogRecorder log;
+  m_xact.Execute();
+  EXPECT_THAT(log.Texts(),
+              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Insert.cpp:113 Execute: Insert --- User [3] "
+                          "Table [LK_REP_TABLE1]\n"));
+}
+
+}  // namespace
+}  // namespace scripted

@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Benchmarks/CREP_ORA8/Xact_Update.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <stdexcept>
+
+#include "Benchmarks/CREP_ORA8/RepTable.h"
+#include "Benchmarks/CREP_ORA8/TableLoader.h"
+#include "Recorders.h"
+#include "WorkloadFixture.h"
+
+namespace scripted {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+using testing::StartsWith;
+
+// A bind that has no generator to offer.
+class NoGeneratorBind : public IBind {
+ public:
+  using IBind::IBind;
+  int Initialize() override { return 1; }
+  int BindColumn(OCIStmt*, OCIError*) override { return 1; }
+  int SetData(long, void*, int) override { return 1; }
+  IDataGenerator* GetDataGenerator() override { return nullptr; }
+};
+
+class XactUpdate : public WorkloadTest<CXact_Update> {
+ protected:
+  std::string Sql() const { return m_xact.m_szSQL.ToChar(); }
+};
+
+TEST_F(XactUpdate, CarriesItsIdentity) {
+  EXPECT_STREQ(m_xact.GetName(), L"Update Transaction");
+  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark update transaction");
+  EXPECT_EQ(m_xact.GetXactID(), 141);
+}
+
+TEST_F(XactUpdate, PreBenchmarkAllocatesAndPreparesNothing) {
+  ASSERT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)"));
+}
+
+TEST_F(XactUpdate, FailedAllocationReturns0WithItsMessage) {
+  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
+  EXPECT_EQ(m_xact.PreBenchmark(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              StartsWith("Unable statement handle in Update Transaction!"));
+}
+
+TEST_F(XactUpdate, WithoutTablesTheAssertionNamesLine60) {
+  SetSettings(0, 1.0);
+  EXPECT_EQ(m_xact.PreBenchmark(), 1);
+  EXPECT_THAT(m_asserts.Texts(),
+              ElementsAre("Benchmarks/CREP_ORA8/Xact_Update.cpp:60 PreBenchmark: m_nNumberOfTables > 0"));
+}
+
+TEST_F(XactUpdate, WithoutAnOracleDriverNothingTouchesOci) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.SetDriver(pDriver);
+    EXPECT_EQ(m_xact.PreBenchmark(), 0);
+    EXPECT_EQ(m_xact.Execute(), 0);
+    m_xact.BuildSQL();
+    EXPECT_EQ(Sql(), "");
+  }
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  m_xact.SetDriver(&m_driver);
+}
+
+TEST_F(XactUpdate, WithAnEmptyMapTableAndRowAreDrawnFromTheTruncatedScale) {
+  SetSettings(5, 2.7);
+  Start();
+  CRandom random;
+  random.Seed(kUser + 2);
+  for (int i = 0; i < 200; ++i) {
+    random.GetRandomInt(1, 100);  // drawn also with an empty map
+    const int nTable = random.GetRandomInt(1, 5);
+    const int nRow = random.GetRandomInt(1, 2000);
+    m_xact.BuildSQL();
+    ASSERT_EQ(m_xact.m_nTableID, nTable);
+    ASSERT_EQ(m_xact.m_nRowID, nRow);
+  }
+}
+
+TEST_F(XactUpdate, AbovePercent50TheSmallestKeyIsUpdatedAndStaysInTheMap) {
+  m_benchmark.RecordRow(4, 1234);
+  m_benchmark.RecordRow(3, 1200);
+  SetSettings(5, 1.0);
+  Start();
+  CRandom random;
+  random.Seed(kUser + 2);
+  int nRecorded = 0;
+  for (int i = 0; i < 100; ++i) {
+    const bool bRandom = random.GetRandomInt(1, 100) <= 50;
+    const int nTable = bRandom ? random.GetRandomInt(1, 5) : 3;
+    const int nRow = bRandom ? random.GetRandomInt(1, 1000) : 1200;
+    m_xact.BuildSQL();
+    ASSERT_EQ(m_xact.m_nTableID, nTable);
+    ASSERT_EQ(m_xact.m_nRowID, nRow);
+    nRecorded += bRandom ? 0 : 1;
+  }
+  EXPECT_GT(nRecorded, 30);
+  EXPECT_THAT(MapEntries(), SizeIs(2));
+}
+
+TEST_F(XactUpdate, OnceTheRowIsForgottenTheNextSmallestKeyIsUpdated) {
+  m_benchmark.RecordRow(3, 1200);
+  m_benchmark.RecordRow(4, 1234);
+  SetSettings(5, 1.0);
+  Start();
+  m_benchmark.ForgetRow(3, 1200);
+  bool bSeen = false;
+  for (int i = 0; i < 50; ++i) {
+    m_xact.BuildSQL();
+    ASSERT_NE(m_xact.m_nRowID, 1200);
+    bSeen = bSeen || (m_xact.m_nTableID == 4 && m_xact.m_nRowID == 1234);
+  }
+  EXPECT_TRUE(bSeen);
+}
+
+TEST_F(XactUpdate, ATableWithOnlyAnIdSetsTheIdToItself) {
+  DescribeTable(1, {{"ID"}});
+  Start();
+  m_xact.BuildSQL();
+  const std::string id = std::to_string(m_xact.m_nRowID);
+  EXPECT_EQ(Sql(), "update LK_REP_TABLE1 set ID=" + id + " where id = " + id);
+}
+
+TEST_F(XactUpdate, EveryColumnIsSetByItsIndexWithASlashedDateUnderADashedMask) {
+  DescribeTable(1, {{"ID"},
+                    {"FIRST", SQLT_NUM, 22, 5, 2, 0},
+                    {"SECOND", SQLT_AFC, 4, 0, 0, 0},
+                    {"D", SQLT_DAT, 7, 0, 0, 0}});
+  Start();
+  m_xact.BuildSQL();
+  EXPECT_THAT(
+      Sql(),
+      MatchesRegex("update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1=[0-9]+\\.[0-9]{6},COLUMN2='[A-Za-z]{1,4}',"
+                   "COLUMN3=TO_DATE\\('[0-9]{4}/[0-9]{2}/[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}', "
+                   "'YYYY-MM-DD HH24:MI:SS'\\) where id = [0-9]+"));
+}
+
+TEST_F(XactUpdate, ALongColumnCountsAsANumber) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_LNG, 0, 0, 0, 0}});
+  Start();
+  m_xact.BuildSQL();
+  EXPECT_THAT(Sql(),
+              MatchesRegex("update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1=[0-9]+\\.[0-9]{6} where id = [0-9]+"));
+}
+
+TEST_F(XactUpdate, ATimestampIsWrittenAsADate) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_TIMESTAMP, 11, 0, 6, 0}});
+  Start();
+  m_xact.BuildSQL();
+  EXPECT_THAT(Sql(), MatchesRegex("update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1=TO_DATE\\('.{19}', "
+                                  "'YYYY-MM-DD HH24:MI:SS'\\) where id = [0-9]+"));
+}
+
+TEST_F(XactUpdate, AColumnOfAnUnknownTypeHasNoBindAndTheListEndsWithTheRangeError) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_BLOB, 4000, 0, 0, 0}});
+  Start();
+  EXPECT_THROW(m_xact.BuildSQL(), std::out_of_range);
+}
+
+TEST_F(XactUpdate, AColumnWithoutAGeneratorIsAbsentFromTheSetList) {
+  Start();
+  CRepTable table(&m_driver, L"LK_REP_TABLE1");
+  ASSERT_EQ(table.Initialize(), 1);
+  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
+  pLoader->SetStartingRows(1);
+  pLoader->MakeRecord(42);
+  IBind*& pSecond = pLoader->GetBindArray()[2];
+  delete pSecond;
+  pSecond = new NoGeneratorBind(table.GetColumns()[2]);
+  m_xact.m_nRowID = 42;
+  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
+              MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
+}
+
+TEST_F(XactUpdate, AColumnOfAnUnknownTypeIsAbsentFromTheSetListAfterAnAssertion) {
+  Start();
+  CRepTable table(&m_driver, L"LK_REP_TABLE1");
+  ASSERT_EQ(table.Initialize(), 1);
+  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
+  pLoader->MakeRecord(42);
+  table.GetColumns()[1]->m_nDataType = SQLT_BLOB;
+  m_xact.m_nRowID = 42;
+  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
+              MatchesRegex("ID=42,COLUMN2='[A-Za-z]+',COLUMN3=TO_DATE.*\\)"));
+  EXPECT_THAT(m_asserts.Texts(), ElementsAre("Benchmarks/CREP_ORA8/Xact_Update.cpp:216 BuildSQL: 0"));
+}
+
+TEST_F(XactUpdate, AnUnreadableTableLeavesTheTextEmptyAndReports) {
+  Start();
+  Oci().FailSql("SELECT * FROM", 1, OraFault(942, "table or view does not exist"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_EQ(Sql(), "");
+  EXPECT_THAT(m_reports.Reports(),
+              testing::Contains("ERROR -1: Unable to retrieve table information in Update Transaction"));
+  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(XactUpdate, AFailedBindLeavesTheTextEmptyAndFreesTheLoader) {
+  Start();
+  Oci().FailCall("OCIBindByPos", 2, OraFault(1036));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_EQ(Sql(), "");
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(XactUpdate, OneUpdateIsADescribeAndAnUncommittedTextWithItsRowCount) {
+  Start();
+  Oci().RowCounts("update", {1});
+  ASSERT_EQ(m_xact.Execute(), 1);
+  const auto& runs = Oci().Executions();
+  ASSERT_THAT(runs, SizeIs(2));
+  EXPECT_EQ(runs[1].sql, Sql());
+  EXPECT_EQ(runs[1].iters, 1U);
+  EXPECT_EQ(runs[1].mode, static_cast<ub4>(OCI_DEFAULT));
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
+  EXPECT_EQ(Oci().Calls().back(), "OCIAttrGet(stmt#1, 4, null, 9, err#1)");
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(XactUpdate, ARowThatIsNotThereUpdatesNothingAndSucceeds) {
+  Start();
+  Oci().RowCounts("update", {0});
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(XactUpdate, AFailedPrepareIsReportedWithItsMessage) {
+  Start();
+  Oci().FailCall("OCIStmtPrepare", 3, OraFault(900, "invalid SQL statement"));  // describe, insert, update
+  EXPECT_EQ(m_xact.Execute(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
+              StartsWith("Unable to prepare statement for update transaction."));
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(XactUpdate, AFailedExecuteIsTheDriversReport) {
+  Start();
+  Oci().FailSql("update", 1, OraFault(60, "deadlock detected"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
+  EXPECT_EQ(m_reports.Errors()[0].m_szErrorNumber.ToChar(), "60");
+}
+
+TEST_F(XactUpdate, ABenchmarkOfAnotherKindEndsTheTimerAndSucceeds) {
+  CSSBenchmark other;
+  m_xact.SetBenchmark(&other);
+  Start();
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+}
+
+TEST_F(XactUpdate, PostBenchmarkFreesTheHandle) {
+  Start();
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_EQ(m_xact.m_pUpdateStmt, nullptr);
+  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
+}
+
+TEST_F(XactUpdate, TheDebugLineNamesUserAndTable) {
+  Start();
+  LogRecorder log;
+  m_xact.BuildSQL();
+  EXPECT_THAT(log.Texts(),
+              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Update.cpp:159 BuildSQL: Update --- User [3] "
+                          "Table [LK_REP_TABLE1]\n"));
+}
+
+}  // namespace
+}  // namespace scripted
