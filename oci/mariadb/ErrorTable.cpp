@@ -89,6 +89,7 @@ constexpr auto kErrors = std::to_array<ErrorEntry>({
     {1536, "space quota exceeded for tablespace '{}'"},
     {1653, "unable to extend table {}"},
     {1722, "invalid number"},
+    {1723, "zero-length columns are not allowed"},
     {1727, "numeric precision specifier is out of range (1 to 38)"},
     {1728, "numeric scale specifier is out of range (-84 to 127)"},
     {1735, "invalid ALTER TABLE option"},
@@ -171,6 +172,7 @@ constexpr auto kErrors = std::to_array<ErrorEntry>({
     {12547, "TNS:lost contact"},
     {12560, "TNS:protocol adapter error"},
     {12703, "this character set conversion is not supported"},
+    {12704, "character set mismatch"},
     {12899, "value too large for column {} (actual: {}, maximum: {})"},
     {16000, "database open for read-only access"},
     {24300, "bad value for mode"},
@@ -196,6 +198,7 @@ constexpr auto kErrors = std::to_array<ErrorEntry>({
     {28500, "connection from ORACLE to a non-Oracle system returned this message:\n{}"},
     {29024, "Certificate validation failure"},
     {30006, "resource busy; acquire with WAIT timeout expired"},
+    {30088, "datetime/interval precision is out of range"},
 });
 
 constexpr bool IsStrictlyRising() {
