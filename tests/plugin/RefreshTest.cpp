@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: Apache-2.0
+// The refresh of tables, properties and sequence.
+#include "Benchmarks/CREP_ORA8/REP_RefreshTables_ORA8.h"
+#include "SchemaFixture.h"
+
+namespace {
+
+using plugin_test::kHighStatus;
+using scripted::Oci;
+using scripted::OraFault;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string Message(const std::string& percent) {
+  return "INFO 0: Refresh Table LK_REP_TABLE1 (" + percent + "%) was completed.";
+}
+
+std::string DeleteSql(const std::string& table, const std::string& keep) {
+  return "DELETE FROM " + table + " WHERE ID IN (SELECT ID FROM " + table + " WHERE ID > " + keep +
+         " AND ROWNUM <=5000)";
+}
+
+class RefreshTable : public plugin_test::SchemaTest {
+ protected:
+  RefreshTable() {
+    SetTables(1);
+    SetScales(1, 1);
+  }
+
+  void SetScales(double fCurrent, double fLoaded) {
+    m_properties.SetCurrentScale(fCurrent);
+    m_properties.SetLoadedMaxScale(fLoaded);
+  }
+  int Prepare1(int nUser = 1, int nUsers = 1) {
+    Bind(m_xact);
+    m_xact.SetUserID(nUser);
+    m_xact.SetTotalUsers(nUsers);
+    return m_xact.PreBenchmark();
+  }
+  int Run() {
+    EXPECT_EQ(Prepare1(), 1);
+    return m_xact.Execute();
+  }
+  std::vector<std::string> Tables() const {
+    std::vector<std::string> names;
+    for (const LKString& name : m_xact.m_TableArray) names.push_back(name.ToChar());
+    return names;
+  }
+  std::vector<std::string> Messages() const { return m_reports.Reports(); }
+
+  CREP_RefreshTable_ORA8 m_xact;
+};
+
+TEST_F(RefreshTable, ATableThatKeepsNothingIsTruncatedWithoutAMessage) {
+  SetScales(0, 3);
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare("TRUNCATE TABLE LK_REP_TABLE1"),
+                                         Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
+  EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(RefreshTable, RowsAboveTheScaleAreDeletedInCommittedBatchesOnOneHandle) {
+  SetScales(1, 13.345);
+  const std::string sql = DeleteSql("LK_REP_TABLE1", "1000");
+  Oci().RowCounts(sql, {5000, 5000, 2345});
+  EXPECT_EQ(Run(), 1);
+  const std::string execute = Execute(OCI_COMMIT_ON_SUCCESS);
+  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), execute, RowCount(), Prepare(sql), execute,
+                                         RowCount(), Prepare(sql), execute, RowCount()));
+  EXPECT_THAT(Messages(), ElementsAre(Message("40.50"), Message("81.00"), Message("100.00")));
+}
+
+TEST_F(RefreshTable, AFullLastBatchNeedsOneMoreThatDeletesNothing) {
+  SetScales(1, 11);
+  Oci().RowCounts("DELETE", {5000, 5000, 0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(Oci().Executions().size(), 3u);
+  EXPECT_THAT(Messages(), ElementsAre(Message("50.00"), Message("100.00"), Message("100.00")));
+}
+
+TEST_F(RefreshTable, NoSurplusRowsGiveOneDeleteAndOneMessage) {
+  SetScales(1, 2);
+  Oci().RowCounts("DELETE", {0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(Oci().Executions().size(), 1u);
+  EXPECT_THAT(Messages(), ElementsAre(Message("0.00")));
+}
+
+TEST_F(RefreshTable, MoreRowsThanExpectedShowAHundredPercent) {
+  SetScales(1, 2);
+  Oci().RowCounts("DELETE", {5000, 4999});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Messages(), ElementsAre(Message("100.00"), Message("100.00")));
+}
+
+TEST_F(RefreshTable, DeletedRowsOfATableThatShouldHaveNoneShowAHundredPercent) {
+  Oci().RowCounts("DELETE", {12});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Messages(), ElementsAre(Message("100.00")));
+}
+
+TEST_F(RefreshTable, NothingDeletedOfATableThatShouldHaveNoneShowsNotANumber) {
+  Oci().RowCounts("DELETE", {0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Messages(), ElementsAre(AnyOf(Message("-nan"), Message("nan"))));
+}
+
+TEST_F(RefreshTable, TheCountsAreTheScalesTruncated) {
+  SetScales(1.9999, 2.0007);
+  Bind(m_xact);
+  __int64 iStartRows = 0;
+  __int64 iTotalRows = 0;
+  EXPECT_EQ(m_xact.GetRowInfo(iStartRows, iTotalRows), 1);
+  EXPECT_EQ(iStartRows, 1999);
+  EXPECT_EQ(iTotalRows, 2000);
+}
+
+TEST_F(RefreshTable, MessagesAreNotForcedIntoDisplay) {
+  EXPECT_EQ(Run(), 1);
+  ASSERT_EQ(m_reports.Errors().size(), 1u);
+  EXPECT_EQ(m_reports.Errors().front().m_bAlwaysDisplay, 0);
+}
+
+TEST_F(RefreshTable, TheTimerIsNotUsed) {
+  EXPECT_EQ(Run(), 1);
+  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(RefreshTable, ACancelBeforeTheFirstBatchSucceedsWithoutADelete) {
+  m_xact.RequestCancel();
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+}
+
+TEST_F(RefreshTable, ACancelBetweenTwoBatchesSucceedsAndLeavesTheRest) {
+  SetScales(1, 21);
+  Oci().RowCounts("DELETE", {5000, 5000, 5000, 5000});
+  Oci().After("OCIStmtExecute", 2, [this] { m_xact.RequestCancel(); });
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(Oci().Executions().size(), 2u);
+  EXPECT_THAT(Messages(), ElementsAre(Message("25.00"), Message("50.00")));
+}
+
+TEST_F(RefreshTable, ACancelDoesNotStopATruncate) {
+  SetScales(0, 1);
+  m_xact.RequestCancel();
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("TRUNCATE TABLE LK_REP_TABLE1"));
+}
+
+TEST_F(RefreshTable, EveryTableOfTheUserIsRefreshedInOrderOnTheSameHandle) {
+  SetTables(3);
+  SetScales(2, 2);
+  Oci().RowCounts("DELETE", {0, 0, 0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(),
+              ElementsAre(DeleteSql("LK_REP_TABLE1", "2000"), DeleteSql("LK_REP_TABLE2", "2000"),
+                          DeleteSql("LK_REP_TABLE3", "2000")));
+  EXPECT_EQ(Oci().CountCalls("OCIHandleAlloc"), 1);
+}
+
+TEST_F(RefreshTable, AFailureStopsAtItsTable) {
+  SetTables(3);
+  Oci().RowCounts("DELETE", {0, 0, 0});
+  Oci().FailSql("DELETE FROM LK_REP_TABLE2", 1, OraFault(942));
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(Oci().Executions().size(), 2u);
+  EXPECT_THAT(Messages(), ElementsAre(HasSubstr("LK_REP_TABLE1"), HasSubstr("ORA-00942")));
+}
+
+TEST_F(RefreshTable, AFailedTruncateReturnsZero) {
+  SetScales(0, 1);
+  Oci().FailSql("TRUNCATE", 1, OraFault(942));
+  EXPECT_EQ(Run(), 0);
+  EXPECT_THAT(OneReport(), HasSubstr("ORA-00942"));
+}
+
+TEST_F(RefreshTable, NoTablesAreASuccess) {
+  Bind(m_xact);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+}
+
+TEST_F(RefreshTable, TablesAreDealtRoundRobin) {
+  SetTables(7);
+  EXPECT_EQ(Prepare1(1, 3), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1", "LK_REP_TABLE4", "LK_REP_TABLE7"));
+  EXPECT_EQ(Prepare1(2, 3), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE2", "LK_REP_TABLE5"));
+  EXPECT_EQ(Prepare1(3, 3), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE3", "LK_REP_TABLE6"));
+  EXPECT_THAT(m_asserts.Texts(), IsEmpty());
+}
+
+TEST_F(RefreshTable, AUserAboveTheNumberOfTablesIsReportedAndNamesItsTableAllTheSame) {
+  SetTables(2);
+  EXPECT_EQ(Prepare1(5, 3), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE5"));
+  EXPECT_THAT(m_asserts.Texts(),
+              ElementsAre("Benchmarks/CREP_ORA8/REP_RefreshTables_ORA8.cpp:64 PreBenchmark: "
+                          "nTableID >= 1 && nTableID <= nNumberOfTables"));
+}
+
+TEST_F(RefreshTable, InBackupModeOnlyBackupCopiesAreRefreshedAndTablesWithoutOneSkipped) {
+  SetTables(3);
+  m_properties.SetCreateUseBackup(true);
+  m_properties.SetIntAttribute2(1);
+  m_driver.m_backups = {"LK_REP_TABLE1", "LK_REP_TABLE3"};
+  EXPECT_EQ(Prepare1(), 1);
+  EXPECT_THAT(m_driver.m_asked, ElementsAre("LK_REP_TABLE1", "LK_REP_TABLE2", "LK_REP_TABLE3"));
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1_BAK", "LK_REP_TABLE3_BAK"));
+}
+
+TEST_F(RefreshTable, BackupModeNeedsBothTheSettingAndAPositiveSelector) {
+  m_driver.m_backups = {"LK_REP_TABLE1"};
+  m_properties.SetCreateUseBackup(true);
+  EXPECT_EQ(Prepare1(), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1"));
+  m_properties.SetCreateUseBackup(false);
+  m_properties.SetIntAttribute2(1);
+  EXPECT_EQ(Prepare1(), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1"));
+  EXPECT_THAT(m_driver.m_asked, IsEmpty());
+}
+
+TEST_F(RefreshTable, PostBenchmarkFreesTheHandleAndKeepsThePointer) {
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(ExtraHandles(), 1);
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_EQ(Oci().Calls().back(), Free());
+  EXPECT_EQ(ExtraHandles(), 0);
+  EXPECT_NE(m_xact.m_pstmt, nullptr);
+}
+
+TEST_F(RefreshTable, PostBenchmarkWithoutAHandleFreesNothing) {
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+}
+
+TEST_F(RefreshTable, TheDestructorDoesNotFreeTheHandle) {
+  {
+    CREP_RefreshTable_ORA8 xact;
+    Bind(xact);
+    EXPECT_EQ(xact.CREP_Refresh_Base::Execute("COMMENT"), 1);
+  }
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+class RefreshStatement : public plugin_test::SchemaTest {
+ protected:
+  RefreshStatement() { Bind(m_xact); }
+  CREP_Refresh_Base m_xact;
+};
+
+TEST_F(RefreshStatement, ReturnsTheRowCountAndKeepsTheHandle) {
+  Oci().RowCounts("UPDATE", {3, 0});
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), 3);
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), 0);
+  EXPECT_EQ(Oci().CountCalls("OCIHandleAlloc"), 1);
+  EXPECT_EQ(ExtraHandles(), 1);
+}
+
+TEST_F(RefreshStatement, AFailedAllocationIsReportedByItsLowBits) {
+  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+  EXPECT_THAT(XactCalls(), ElementsAre(Alloc()));
+  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
+}
+
+TEST_F(RefreshStatement, AFailedPrepareIsReportedByItsLowBits) {
+  Oci().FailCall("OCIStmtPrepare", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+  EXPECT_THAT(XactCalls(), ElementsAre(Alloc(), Prepare("UPDATE T")));
+  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
+}
+
+TEST_F(RefreshStatement, AFailedExecuteIsReportedByItsLowBits) {
+  Oci().FailCall("OCIStmtExecute", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+  EXPECT_THAT(XactCalls(), ElementsAre(Alloc(), Prepare("UPDATE T"), Execute(OCI_COMMIT_ON_SUCCESS)));
+  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
+}
+
+TEST_F(RefreshStatement, AFailedRowCountIsReportedWithItsWholeStatus) {
+  Oci().FailCall("OCIAttrGet", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+  EXPECT_THAT(XactCalls(),
+              ElementsAre(Alloc(), Prepare("UPDATE T"), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
+  EXPECT_THAT(OneReport(), HasSubstr("status 65541 "));
+}
+
+TEST_F(RefreshStatement, SuccessWithInformationIsASuccessOfTheExecuteOnly) {
+  Oci().FailCall("OCIStmtExecute", 1, StatusFault(OCI_SUCCESS_WITH_INFO));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), 0);
+  EXPECT_THAT(m_reports.Reports(), IsEmpty());
+  Oci().FailCall("OCIStmtPrepare", 1, StatusFault(OCI_SUCCESS_WITH_INFO));
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+}
+
+TEST_F(RefreshStatement, TheBaseKeepsNothingAndHasNoName) {
+  m_xact.m_strTableName = L"T";
+  __int64 iStartRows = 11;
+  __int64 iTotalRows = 12;
+  EXPECT_EQ(m_xact.GetRowInfo(iStartRows, iTotalRows), 0);
+  EXPECT_EQ(iStartRows, 11);
+  EXPECT_EQ(iTotalRows, 12);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("TRUNCATE TABLE T"));
+  EXPECT_TRUE(m_xact.GetName().IsEmpty());
+}
+
+class RefreshProperties : public plugin_test::SchemaTest {
+ protected:
+  CREP_Refresh_Properties_Table m_xact;
+};
+
+TEST_F(RefreshProperties, RewritesTheNumberOfTablesAndTheTruncatedScale) {
+  SetTables(4);
+  m_properties.SetScale(2.9);
+  Bind(m_xact);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  const std::string sql =
+      "BEGIN UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '4' WHERE PROP_NAME = 'Number Of Tables';  "
+      "UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '2' WHERE PROP_NAME = 'Scale'; END;";
+  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
+}
+
+TEST_F(RefreshProperties, AFailureIsReportedOnceAndReturnsZero) {
+  Bind(m_xact);
+  Oci().FailSql("BEGIN", 1, OraFault(942));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(OneReport(), HasSubstr("ORA-00942"));
+}
+
+class RefreshSequence : public plugin_test::SchemaTest {
+ protected:
+  CREP_Refresh_Sequence m_xact;
+};
+
+TEST_F(RefreshSequence, DropsItWhereItIsThereAndCreatesItInOneBlock) {
+  m_properties.SetScale(1.9999);
+  m_benchmark.SetBenchmarkScale(7);  // not asked
+  Bind(m_xact);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  const std::string sql =
+      "DECLARE v_count number; "
+      "BEGIN SELECT COUNT(*) INTO v_count FROM USER_SEQUENCES WHERE SEQUENCE_NAME = 'LK_REP_ID_SEQ';  "
+      "IF v_count > 0 THEN \t\tEXECUTE IMMEDIATE 'DROP SEQUENCE LK_REP_ID_SEQ';  END IF;  "
+      "EXECUTE IMMEDIATE 'CREATE SEQUENCE LK_REP_ID_SEQ START WITH 2000 CACHE 100'; END;";
+  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
+  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
+}
+
+TEST_F(RefreshSequence, AFailureIsReportedOnceAndReturnsZero) {
+  Bind(m_xact);
+  Oci().FailSql("DECLARE", 1, OraFault(1031));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_THAT(OneReport(), HasSubstr("ORA-01031"));
+}
+
+TEST_F(RefreshSequence, TheHandleIsKeptForTheNextRunAndFreedAtTheEnd) {
+  Bind(m_xact);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_EQ(ExtraHandles(), 1);
+  EXPECT_EQ(m_xact.PostBenchmark(), 1);
+  EXPECT_EQ(ExtraHandles(), 0);
+}
+
+}  // namespace
