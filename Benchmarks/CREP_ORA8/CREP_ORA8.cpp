@@ -29,6 +29,11 @@ CREP_ORA8::CREP_ORA8() {
 
 CREP_ORA8::~CREP_ORA8() { m_MapTableNumToRowID.RemoveAll(); }
 
+CREP_ORA8* CREP_ORA8::From(CSSBenchmark* pBenchmark) {
+  const bool bKind = pBenchmark != nullptr && pBenchmark->IsKindOf(wxCLASSINFO(CREP_ORA8));
+  return bKind ? static_cast<CREP_ORA8*>(pBenchmark) : nullptr;
+}
+
 int CREP_ORA8::RegisterTransactions(int bSetup) {
   if (bSetup) AddSetupTransactions();
   AddWorkloadTransactions();

@@ -16,6 +16,9 @@ class CREP_ORA8 : public CSSBenchmark {
   CREP_ORA8();
   ~CREP_ORA8() override;
 
+  // The benchmark as this class; null when there is none or it is another one, by class information.
+  static CREP_ORA8* From(CSSBenchmark* pBenchmark);
+
   // Hands every transaction to AddXact: with bSetup the ten set-up and refresh transactions first, then in
   // any case the three of the workload. Returns 1.
   int RegisterTransactions(int bSetup) override;

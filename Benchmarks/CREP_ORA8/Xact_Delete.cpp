@@ -38,7 +38,7 @@ int CXact_Delete::PreBenchmark() {
 int CXact_Delete::PreIteration() { return CXact::PreIteration(); }
 
 void CXact_Delete::ChooseRow() {
-  auto* pBenchmark = wxDynamicCast(m_pBenchmark, CREP_ORA8);
+  CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   m_bInsertedRow = pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID) ? TRUE : FALSE;
   if (m_bInsertedRow) return;
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
@@ -60,7 +60,7 @@ int CXact_Delete::Execute() {
   if (pDriver == nullptr) return 0;
   m_Timer.SetStartTime();
   ub4 nRows = 0;
-  if (wxDynamicCast(m_pBenchmark, CREP_ORA8) != nullptr && !RunDelete(pDriver, nRows)) return 0;
+  if (CREP_ORA8::From(m_pBenchmark) != nullptr && !RunDelete(pDriver, nRows)) return 0;
   m_Timer.SetEndTime(nRows, 0);
   return 1;
 }
@@ -75,7 +75,7 @@ int CXact_Delete::RunDelete(COracle8Driver* pDriver, ub4& nRows) {
                    nRows))
     return 0;
   // kept: forgotten whatever the row count: two users may have picked the same row.
-  if (m_bInsertedRow) static_cast<CREP_ORA8*>(m_pBenchmark)->ForgetRow(m_nTableID, m_nRowID);
+  if (m_bInsertedRow) CREP_ORA8::From(m_pBenchmark)->ForgetRow(m_nTableID, m_nRowID);
   return 1;
 }
 

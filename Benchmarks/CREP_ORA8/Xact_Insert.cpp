@@ -109,7 +109,7 @@ int CXact_Insert::InsertRow(COracle8Driver* pDriver, int nTableID, const LKStrin
 }
 
 void CXact_Insert::RecordRow(int nTableID, __int64 nRowID) {
-  auto* pBenchmark = wxDynamicCast(m_pBenchmark, CREP_ORA8);
+  CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   if (pBenchmark != nullptr) pBenchmark->RecordRow(nTableID, nRowID);
 }
 

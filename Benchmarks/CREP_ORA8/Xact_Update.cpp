@@ -44,7 +44,7 @@ int CXact_Update::PreIteration() { return CXact::PreIteration(); }
 
 void CXact_Update::ChooseRow() {
   const int nPercent = m_Random.GetRandomInt(1, 100);  // kept: drawn also when no row is recorded
-  auto* pBenchmark = wxDynamicCast(m_pBenchmark, CREP_ORA8);
+  CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   if (nPercent > kRandomRowPercent && pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID))
     return;
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
@@ -127,7 +127,7 @@ int CXact_Update::Execute() {
   if (pDriver == nullptr) return 0;
   m_Timer.SetStartTime();
   ub4 nEffectRows = 0;
-  if (wxDynamicCast(m_pBenchmark, CREP_ORA8) != nullptr && !RunUpdate(pDriver, nEffectRows)) return 0;
+  if (CREP_ORA8::From(m_pBenchmark) != nullptr && !RunUpdate(pDriver, nEffectRows)) return 0;
   m_Timer.SetEndTime(nEffectRows, 0);
   return 1;
 }
