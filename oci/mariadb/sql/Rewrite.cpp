@@ -5,6 +5,7 @@
 #include "oci/mariadb/sql/DateFunctions.h"
 #include "oci/mariadb/sql/PieceList.h"
 #include "oci/mariadb/sql/StatementKind.h"
+#include "oci/mariadb/sql/TargetTable.h"
 #include "oci/mariadb/sql/TextCase.h"
 
 namespace ocimaria::sql {
@@ -40,6 +41,13 @@ bool DrawsSequence(const PieceList& pieces) {
   return false;
 }
 
+bool HasWord(const PieceList& pieces, std::string_view upper) {
+  for (std::size_t i = 0; i < pieces.Size(); ++i) {
+    if (pieces.IsWord(i, upper)) return true;
+  }
+  return false;
+}
+
 bool LocksRows(const PieceList& pieces) {
   for (std::size_t i = 0; i + 1 < pieces.Size(); ++i) {
     if (pieces.AreWords(i, {"FOR", "UPDATE"})) return true;
@@ -61,6 +69,8 @@ Rewritten Rewrite(std::string_view oracle_sql) {
   rewritten.is_query = kind.type == OCI_STMT_SELECT;
   rewritten.draws_sequence = DrawsSequence(pieces);
   rewritten.locks_rows = rewritten.is_query && LocksRows(pieces);
+  rewritten.no_wait = HasWord(pieces, "NOWAIT");
+  rewritten.target_table = TargetTable(pieces);
 
   RewriteDateFunctions(pieces);
   if (!kind.is_stored_program) rewritten.placeholders = TakePlaceholders(pieces);

@@ -27,6 +27,8 @@ struct Rewritten {
   bool is_query = false;        // has a result set
   bool draws_sequence = false;  // contains NEXTVAL: its lock is wanted until the DML that follows
   bool locks_rows = false;      // SELECT … FOR UPDATE: holds what it locked until the transaction ends
+  bool no_wait = false;         // … NOWAIT: a lock that is held elsewhere is an error at once
+  std::string target_table;     // that an INSERT, UPDATE, DELETE or DDL of a table names, upper case
 };
 
 // The OCI_STMT_* of a text, as far as its words tell it: for a text that Rewrite refuses, too. Never throws.

@@ -158,5 +158,20 @@ TEST(Rewrite, SeesThatAQueryLocksRows) {
   EXPECT_FALSE(Rewrite("select a from t").locks_rows);
 }
 
+TEST(Rewrite, SeesThatAStatementDoesNotWait) {
+  EXPECT_TRUE(Rewrite("select a from t for update nowait").no_wait);
+  EXPECT_FALSE(Rewrite("select 'nowait' from t for update").no_wait);
+}
+
+TEST(Rewrite, NamesTheTableThatAStatementChanges) {
+  EXPECT_EQ(Rewrite("insert into lk_rep_table1 values (1)").target_table, "LK_REP_TABLE1");
+  EXPECT_EQ(Rewrite("update s.t set a=1").target_table, "T");
+  EXPECT_EQ(Rewrite("delete t where a=1").target_table, "T");
+  EXPECT_EQ(Rewrite("delete from \"Mixed\"").target_table, "Mixed");
+  EXPECT_EQ(Rewrite("drop table t").target_table, "T");
+  EXPECT_EQ(Rewrite("select a from t").target_table, "");
+  EXPECT_EQ(Rewrite("drop index i on t").target_table, "");
+}
+
 }  // namespace
 }  // namespace ocimaria::sql
