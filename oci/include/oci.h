@@ -121,6 +121,7 @@ typedef struct OCISnapshot OCISnapshot;
 #define SQLT_INT 3
 #define SQLT_FLT 4
 #define SQLT_STR 5
+#define SQLT_VNU 6
 #define SQLT_LNG 8
 #define SQLT_DAT 12
 #define SQLT_BFLOAT 21

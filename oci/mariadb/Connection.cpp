@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/Connection.h"
+
+#include <errmsg.h>
+#include <mysqld_error.h>
+
+#include "oci/mariadb/Library.h"
+#include "oci/mariadb/ServerFailure.h"
+
+namespace ocimaria {
+namespace {
+
+// One statement, one round trip. A row lock is waited for as long as in Oracle, where there is no limit (an
+// interrupt ends the wait); a metadata lock for ten seconds, because a DDL that has to wait fails at once
+// there.
+constexpr char kSessionSetup[] =
+    "SET NAMES utf8mb4 COLLATE utf8mb4_nopad_bin, "
+    "sql_mode='ORACLE,STRICT_ALL_TABLES,ERROR_FOR_DIVISION_BY_ZERO,EMPTY_STRING_IS_NULL,"
+    "PAD_CHAR_TO_FULL_LENGTH', "
+    "tx_isolation='READ-COMMITTED', autocommit=0, lock_wait_timeout=10, innodb_lock_wait_timeout=1000000";
+
+constexpr unsigned kControlTimeout = 5;  // seconds: an interrupted call waits for its kill to be answered
+
+const char* OrNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
+
+void FreeResult(MYSQL* mysql) {
+  do {
+    if (MYSQL_RES* result = mysql_use_result(mysql)) mysql_free_result(result);
+  } while (mysql_next_result(mysql) == 0);
+}
+
+}  // namespace
+
+Connection::Connection(ConnectTarget target, Credentials credentials, Purpose purpose)
+    : m_target(std::move(target)), m_credentials(std::move(credentials)), m_mysql(nullptr) {
+  UseClientLibrary();
+  m_mysql = mysql_init(nullptr);
+  if (!m_mysql) throw std::bad_alloc();
+  try {
+    SetOptions(purpose);
+    Open(purpose);
+  } catch (const ServerFailure& failure) {
+    Close();
+    sql::ErrorContext context;
+    context.connecting = true;
+    context.schema = m_target.schema;
+    throw ToOraError(failure, context);
+  } catch (...) {
+    Close();
+    throw;
+  }
+}
+
+Connection::~Connection() { Close(); }
+
+void Connection::SetOptions(Purpose purpose) {
+  const unsigned protocol = m_target.host.empty() ? MYSQL_PROTOCOL_SOCKET : MYSQL_PROTOCOL_TCP;
+  mysql_options(m_mysql, MYSQL_OPT_PROTOCOL, &protocol);
+  mysql_options(m_mysql, MYSQL_OPT_CONNECT_TIMEOUT, &m_target.connect_timeout);
+  mysql_options(m_mysql, MYSQL_SET_CHARSET_NAME, "utf8mb4");
+  if (purpose == Purpose::kControl) mysql_options(m_mysql, MYSQL_OPT_READ_TIMEOUT, &kControlTimeout);
+  const unsigned no_local_files = 0;
+  mysql_options(m_mysql, MYSQL_OPT_LOCAL_INFILE, &no_local_files);
+  if (!m_target.tls_required) return;
+  const my_bool enforce = 1, verify = m_target.verify_certificate;
+  mysql_options(m_mysql, MYSQL_OPT_SSL_ENFORCE, &enforce);
+  mysql_options(m_mysql, MYSQL_OPT_SSL_VERIFY_SERVER_CERT, &verify);
+  mysql_options(m_mysql, MYSQL_OPT_SSL_CA, OrNull(m_target.ssl_ca));
+  mysql_options(m_mysql, MYSQL_OPT_SSL_CERT, OrNull(m_target.ssl_cert));
+  mysql_options(m_mysql, MYSQL_OPT_SSL_KEY, OrNull(m_target.ssl_key));
+}
+
+void Connection::Open(Purpose purpose) {
+  if (!mysql_real_connect(m_mysql, OrNull(m_target.host), m_credentials.user.c_str(),
+                          m_credentials.password.c_str(), m_target.schema.c_str(), m_target.port,
+                          OrNull(m_target.socket), CLIENT_FOUND_ROWS | CLIENT_MULTI_RESULTS))
+    Fail();
+  // The client library goes on in plain text when the server offers no TLS, even where it is enforced.
+  if (m_target.tls_required && !mysql_get_ssl_cipher(m_mysql))
+    throw OraError::WithText(29024, "Certificate validation failure (" + m_target.ServerName() +
+                                        " offers no TLS and a connection in plain text is refused)");
+  m_id = mysql_thread_id(m_mysql);
+  if (purpose == Purpose::kSession) Run(kSessionSetup);
+}
+
+MYSQL* Connection::Native() {
+  if (m_lost || !m_mysql) throw OraError(3114);
+  return m_mysql;
+}
+
+void Connection::NoteFailure(unsigned number) {
+  if (ServerFailure(number, {}).LostConnection()) m_lost = true;
+}
+
+void Connection::Fail() {
+  const ServerFailure failure(mysql_errno(m_mysql), mysql_error(m_mysql));
+  NoteFailure(failure.Number());
+  throw failure;
+}
+
+void Connection::Send(std::string_view text) {
+  if (mysql_real_query(Native(), text.data(), text.size()) != 0) Fail();
+}
+
+std::uint64_t Connection::Run(std::string_view text) {
+  Send(text);
+  const std::uint64_t matched = mysql_field_count(m_mysql) == 0 ? mysql_affected_rows(m_mysql) : 0;
+  FreeResult(m_mysql);
+  if (mysql_errno(m_mysql) != 0) Fail();
+  if (!InTransaction()) m_uncommitted = false;
+  return matched;
+}
+
+std::vector<std::vector<std::string>> Connection::Read(std::string_view text) {
+  Send(text);
+  const std::unique_ptr<MYSQL_RES, decltype(&mysql_free_result)> result(mysql_store_result(m_mysql),
+                                                                        mysql_free_result);
+  if (!result) Fail();
+  std::vector<std::vector<std::string>> rows;
+  while (const MYSQL_ROW row = mysql_fetch_row(result.get())) {
+    const unsigned long* lengths = mysql_fetch_lengths(result.get());
+    auto& values = rows.emplace_back();
+    for (unsigned i = 0; i < mysql_num_fields(result.get()); ++i)
+      values.emplace_back(row[i] ? row[i] : "", row[i] ? lengths[i] : 0);
+  }
+  return rows;
+}
+
+void Connection::Commit() {
+  Run("COMMIT");
+  m_uncommitted = false;
+}
+
+void Connection::CommitIfOpen() {
+  if (m_uncommitted || InTransaction()) Commit();
+}
+
+void Connection::Rollback() {
+  Run("ROLLBACK");
+  m_uncommitted = false;
+}
+
+void Connection::Ping() {
+  if (mysql_ping(Native()) != 0) Fail();
+}
+
+void Connection::ReleaseReadLocks() {
+  Native();
+  if (!m_uncommitted && InTransaction()) Run("COMMIT");
+}
+
+std::string Connection::Literal(std::string_view text) {
+  std::string escaped(text.size() * 2 + 1, '\0');
+  escaped.resize(mysql_real_escape_string(Native(), escaped.data(), text.data(), text.size()));
+  return "'" + escaped + "'";
+}
+
+std::string Connection::ServerVersion() { return mysql_get_server_info(Native()); }
+
+void Connection::Close() {
+  if (m_mysql) mysql_close(m_mysql);
+  m_mysql = nullptr;
+}
+
+}  // namespace ocimaria

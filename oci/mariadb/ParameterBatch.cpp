@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/ParameterBatch.h"
+
+namespace ocimaria {
+
+ub4 ParameterBatch::Fill(ub4 first, ub4 end) {
+  for (ParameterColumn& column : m_columns) column.Clear();
+  m_problem.reset();
+  m_first = first;
+  m_rows = 0;
+  std::size_t bytes = 0;
+  for (ub4 element = first; element < end; ++element) {
+    try {
+      bytes += AppendRow(element);
+    } catch (const OraError& error) {
+      for (ParameterColumn& column : m_columns) column.Resize(m_rows);
+      m_problem = RowError{element, error};
+      return element;
+    }
+    if (bytes >= kMostBytes && m_rows > 0) {  // the row that crossed the limit belongs to the next batch
+      for (ParameterColumn& column : m_columns) column.Resize(m_rows);
+      return element;
+    }
+    ++m_rows;
+  }
+  return end;
+}
+
+std::size_t ParameterBatch::AppendRow(ub4 element) {
+  std::size_t bytes = 0;
+  for (ParameterColumn& column : m_columns) bytes += column.Append(element);
+  return bytes;
+}
+
+MYSQL_BIND* ParameterBatch::Array(ub4 row) {
+  m_binds.clear();
+  for (ParameterColumn& column : m_columns) m_binds.push_back(column.ArrayBind(row));
+  return m_binds.data();
+}
+
+MYSQL_BIND* ParameterBatch::Single(ub4 row) {
+  m_binds.clear();
+  for (ParameterColumn& column : m_columns) m_binds.push_back(column.SingleBind(row));
+  return m_binds.data();
+}
+
+}  // namespace ocimaria

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/PreparedStatement.h"
+
+#include <new>
+
+#include "oci/mariadb/ServerFailure.h"
+
+namespace ocimaria {
+
+PreparedStatement::PreparedStatement(std::shared_ptr<Connection> connection, std::string text,
+                                     unsigned parameters)
+    : m_connection(std::move(connection)),
+      m_text(std::move(text)),
+      m_parameters(parameters),
+      m_statement(mysql_stmt_init(m_connection->Native())) {
+  if (!m_statement) throw std::bad_alloc();
+  const my_bool measure = 1;  // the widest value of each column, so that fetch buffers fit
+  mysql_stmt_attr_set(m_statement, STMT_ATTR_UPDATE_MAX_LENGTH, &measure);
+}
+
+PreparedStatement::~PreparedStatement() { mysql_stmt_close(m_statement); }
+
+void PreparedStatement::Prepare() {
+  if (m_prepared) return;
+  m_connection->Native();
+  Check(mysql_stmt_prepare(m_statement, m_text.data(), m_text.size()));
+  m_prepared = true;
+}
+
+std::uint64_t PreparedStatement::Execute(MYSQL_BIND* binds, unsigned array_size) {
+  m_connection->Native();
+  if (!m_prepared) mysql_stmt_attr_set(m_statement, STMT_ATTR_PREBIND_PARAMS, &m_parameters);
+  mysql_stmt_attr_set(m_statement, STMT_ATTR_ARRAY_SIZE, &array_size);
+  if (m_parameters > 0) Check(mysql_stmt_bind_param(m_statement, binds));
+  if (m_prepared) {
+    Check(mysql_stmt_execute(m_statement));
+  } else {
+    Check(mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size()));
+    m_prepared = true;
+  }
+  return FieldCount() == 0 ? mysql_stmt_affected_rows(m_statement) : 0;
+}
+
+void PreparedStatement::StoreResult() { Check(mysql_stmt_store_result(m_statement)); }
+
+void PreparedStatement::FreeResult() { mysql_stmt_free_result(m_statement); }
+
+bool PreparedStatement::Fetch(MYSQL_BIND* results) {
+  if (results) Check(mysql_stmt_bind_result(m_statement, results));
+  const int status = mysql_stmt_fetch(m_statement);
+  if (status == 1) Fail();
+  return status != MYSQL_NO_DATA;
+}
+
+void PreparedStatement::Fail() {
+  const ServerFailure failure(mysql_stmt_errno(m_statement), mysql_stmt_error(m_statement));
+  m_connection->NoteFailure(failure.Number());
+  throw failure;
+}
+
+}  // namespace ocimaria
