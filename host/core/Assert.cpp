@@ -14,6 +14,11 @@ std::mutex g_SinkMutex;
 LKAssertSink g_Sink;
 thread_local bool t_bReporting = false;
 
+struct ReportingMark {
+  ReportingMark() { t_bReporting = true; }
+  ~ReportingMark() { t_bReporting = false; }
+};
+
 void WriteLine(const LKAssertion& assertion) {
   std::fprintf(stderr, "%s\n", LKAssertionText(assertion).ToChar().c_str());
 }
@@ -22,9 +27,8 @@ void Report(const LKAssertion& assertion) {
   if (t_bReporting) return WriteLine(assertion);
   const std::lock_guard lock(g_SinkMutex);
   if (!g_Sink) return WriteLine(assertion);
-  t_bReporting = true;
+  const ReportingMark mark;
   g_Sink(assertion);
-  t_bReporting = false;
 }
 
 void HandleAssert(const wxString& file, int nLine, const wxString& function, const wxString& condition,

@@ -5,6 +5,7 @@
 
 #include <wx/object.h>
 
+#include <stdexcept>
 #include <vector>
 
 #include "core/LKString.h"
@@ -27,7 +28,8 @@ class CTRKArray : public wxObject {
   void SetSize(long nSize) { m_arrayimpl.resize(static_cast<size_t>(nSize)); }
   void RemoveAll() { m_arrayimpl.clear(); }
 
-  // REQUIRES for every index below: 0 <= index <= GetUpperBound(); else std::out_of_range is thrown.
+  // REQUIRES for every index below: 0 <= index <= GetUpperBound(), but for InsertAt; else std::out_of_range
+  // is thrown.
   T GetAt(long nIndex) const { return m_arrayimpl.at(static_cast<size_t>(nIndex)); }
   void SetAt(long nIndex, ARG value) { m_arrayimpl.at(static_cast<size_t>(nIndex)) = value; }
   T& operator[](long nIndex) { return m_arrayimpl.at(static_cast<size_t>(nIndex)); }
@@ -40,9 +42,13 @@ class CTRKArray : public wxObject {
   long Append(const CTRKArray& other);  // returns the index of the first appended element
   void Copy(const CTRKArray& other) { m_arrayimpl = other.m_arrayimpl; }
   void InsertAt(long nIndex, ARG value, long nCount = 1);  // past the end: grows with empty elements first
-  void RemoveAt(long nIndex, long nCount = 1);
+  void RemoveAt(long nIndex, long nCount = 1);             // all of the elements must be there
 
  private:
+  static void Check(bool bInside) {
+    if (!bInside) throw std::out_of_range("CTRKArray: no such element");
+  }
+
   std::vector<T> m_arrayimpl;
 };
 
@@ -56,12 +62,14 @@ long CTRKArray<T, ARG>::Append(const CTRKArray& other) {
 
 template <class T, class ARG>
 void CTRKArray<T, ARG>::InsertAt(long nIndex, ARG value, long nCount) {
+  Check(nIndex >= 0 && nCount >= 0);
   if (nIndex > GetSize()) SetSize(nIndex);
   m_arrayimpl.insert(m_arrayimpl.begin() + nIndex, static_cast<size_t>(nCount), value);
 }
 
 template <class T, class ARG>
 void CTRKArray<T, ARG>::RemoveAt(long nIndex, long nCount) {
+  Check(nIndex >= 0 && nCount >= 0 && nCount <= GetSize() - nIndex);
   m_arrayimpl.erase(m_arrayimpl.begin() + nIndex, m_arrayimpl.begin() + nIndex + nCount);
 }
 

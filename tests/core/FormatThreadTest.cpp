@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <barrier>
+#include <thread>
+#include <vector>
+
+#include "core/LKString.h"
+
+namespace {
+
+constexpr int kThreads = 8;
+constexpr int kRounds = 500;
+
+// Starts the threads at once; each runs the work for every round and says whether its text was right.
+template <class Work>
+int CountWrongTexts(Work work) {
+  std::atomic<int> nWrong{0};
+  std::barrier start(kThreads);
+  std::vector<std::jthread> threads;
+  for (int nThread = 0; nThread < kThreads; ++nThread)
+    threads.emplace_back([&, nThread] {
+      start.arrive_and_wait();
+      for (int nRound = 0; nRound < kRounds; ++nRound)
+        if (!work(nThread, nRound)) ++nWrong;
+    });
+  threads.clear();
+  return nWrong;
+}
+
+std::string Expected(int nThread, int nRound) {
+  return "T" + std::to_string(nThread) + " where id = " + std::to_string(nRound) + "!";
+}
+
+}  // namespace
+
+TEST(FormatThreads, OfOneInstantiationDoNotMixTheirMatches) {
+  const int nWrong = CountWrongTexts([](int nThread, int nRound) {
+    // specifiers at other places in each thread: a match of another thread would cut the format elsewhere
+    const LKString padding(std::wstring(static_cast<size_t>(nThread) * 7, L' ').c_str());
+    LKString text;
+    text.Format(padding + L"T%d where id = %lld!", nThread, static_cast<long>(nRound));
+    return text == padding + LKString(Expected(nThread, nRound).c_str(),
+                                      static_cast<int>(Expected(nThread, nRound).size()));
+  });
+  EXPECT_EQ(nWrong, 0);
+}
+
+TEST(FormatThreads, OfDifferentInstantiationsDoNotBlockEachOther) {
+  const int nWrong = CountWrongTexts([](int nThread, int nRound) {
+    LKString text;
+    switch (nThread % 4) {
+      case 0:
+        text.Format(L"%d %d", nThread, nRound);
+        return text.ToChar() == std::to_string(nThread) + " " + std::to_string(nRound);
+      case 1:
+        text.Format(L"%s %d %d", "x", nThread, nRound);
+        return text.ToChar() == "x " + std::to_string(nThread) + " " + std::to_string(nRound);
+      case 2:
+        text.Format(L"%s %s %d %d", "x", "y", nThread, nRound);
+        return text.ToChar() == "x y " + std::to_string(nThread) + " " + std::to_string(nRound);
+      default:
+        text.Format(L"%d", nRound);
+        return text.ToChar() == std::to_string(nRound);
+    }
+  });
+  EXPECT_EQ(nWrong, 0);
+}
