@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // A transaction as a resource: its property table, its archive, and changes that arrive as requests.
-#include <algorithm>
-
+#include "core/PropertyText.h"
 #include "db/Xact.h"
 
 void CXact::GetPropertyTable(std::vector<REST_PROPERTY_ENTRY>& table) {
@@ -24,14 +23,9 @@ void CXact::Serialize(CLKArchive& archive) {
 }
 
 int CXact::SetProperty(LKString& szName, LKString& szValue) {
-  std::vector<REST_PROPERTY_ENTRY> table;
-  GetPropertyTable(table);
-  const auto found = std::ranges::find_if(table, [&](const auto& entry) { return entry.szName == szName; });
-  if (found == table.end() || found->bReadOnly) return 0;
-  CLKArchive archive(Json);
-  archive.Exchange(szName, szValue);
   Context context;
-  context.szRequestData = archive.GetText();
+  context.szRequestData = LKWriteProperties({{szName, szValue}}, Json);
+  context.nContextType = Json;
   LKString szResponse;
   return DoPut(context, szResponse) == 200 ? 1 : 0;
 }

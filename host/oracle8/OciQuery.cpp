@@ -15,13 +15,13 @@ constexpr size_t kLongWidth = 64 * 1024;  // LONG and LOB types, whose descripti
 constexpr size_t kBlockBytes = 1024 * 1024;
 constexpr size_t kMaxBlockRows = 100;
 
-size_t TextWidth(ub2 type, ub2 size) {
-  switch (type) {
+size_t TextWidth(const ColumnDescription& column) {
+  switch (column.type) {
     case SQLT_CHR:
     case SQLT_AFC:
-      return std::max(kScalarWidth, size * size_t{4} + 1);  // UTF-8 from a one-byte character set
+      return std::max(kScalarWidth, column.size * size_t{4} + 1);  // UTF-8 from a one-byte character set
     case SQLT_BIN:
-      return std::max(kScalarWidth, size * size_t{2} + 1);  // hexadecimal
+      return std::max(kScalarWidth, column.size * size_t{2} + 1);  // hexadecimal
     case SQLT_LNG:
     case SQLT_LBI:
     case SQLT_CLOB:
@@ -57,8 +57,7 @@ LKString Cell(const std::vector<Column>& columns, size_t index, size_t row) {
 
 std::vector<Column> DescribeColumns(OciStatement& statement) {
   std::vector<Column> columns(statement.ColumnCount());
-  for (ub4 i = 0; i < columns.size(); ++i)
-    columns[i].width = TextWidth(statement.ColumnType(i + 1), statement.ColumnSize(i + 1));
+  for (ub4 i = 0; i < columns.size(); ++i) columns[i].width = TextWidth(statement.DescribeColumn(i + 1));
   return columns;
 }
 

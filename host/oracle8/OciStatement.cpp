@@ -18,15 +18,19 @@ void OciStatement::Execute(ub4 iterations, ub4 mode) {
 
 ub4 OciStatement::ColumnCount() { return Attribute(OCI_ATTR_PARAM_COUNT); }
 
-ub2 OciStatement::ColumnAttribute(ub4 position, ub4 attribute) {
+ColumnDescription OciStatement::DescribeColumn(ub4 position) {
   void* raw = nullptr;
   Check(OCIParamGet(m_statement.get(), OCI_HTYPE_STMT, m_session.Error(), &raw, position),
         L"describe a column");
   const Parameter parameter(static_cast<OCIParam*>(raw));
-  ub2 value = 0;
-  Check(OCIAttrGet(parameter.get(), OCI_DTYPE_PARAM, &value, nullptr, attribute, m_session.Error()),
-        L"describe a column");
-  return value;
+  const auto read = [&](ub2& value, ub4 attribute) {
+    Check(OCIAttrGet(parameter.get(), OCI_DTYPE_PARAM, &value, nullptr, attribute, m_session.Error()),
+          L"describe a column");
+  };
+  ColumnDescription column;
+  read(column.type, OCI_ATTR_DATA_TYPE);
+  read(column.size, OCI_ATTR_DATA_SIZE);
+  return column;
 }
 
 void OciStatement::DefineText(ub4 position, char* values, size_t width, sb2* indicators) {

@@ -9,20 +9,23 @@
 
 namespace oracle8 {
 
+struct ColumnDescription {
+  ub2 type = 0;  // SQLT_*
+  ub2 size = 0;  // bytes
+};
+
 class OciStatement {
  public:
   OciStatement(const OciSession& session, const LKString& sql);
 
   void Execute(ub4 iterations, ub4 mode);
   ub4 ColumnCount();
-  ub2 ColumnType(ub4 position) { return ColumnAttribute(position, OCI_ATTR_DATA_TYPE); }  // from 1
-  ub2 ColumnSize(ub4 position) { return ColumnAttribute(position, OCI_ATTR_DATA_SIZE); }
+  ColumnDescription DescribeColumn(ub4 position);  // from 1
   // Texts of `width` bytes each, terminator included, one indicator a row.
   void DefineText(ub4 position, char* values, size_t width, sb2* indicators);
   ub4 Fetch(ub4 rows);  // the number of rows that arrived; below `rows` at the end
 
  private:
-  ub2 ColumnAttribute(ub4 position, ub4 attribute);
   ub4 Attribute(ub4 attribute);
 
   const OciSession& m_session;
