@@ -108,6 +108,26 @@ TEST(ClassInformation, EveryClassIsCreatedByItsNameWithItsOwnInformationAndBase)
   }
 }
 
+// Where a class stands in the global list; the front holds what was registered last.
+long DistanceFromFront(const std::string& name) {
+  long nDistance = 0;
+  for (const wxClassInfo* info = wxClassInfo::GetFirst(); info != nullptr;
+       info = info->GetNext(), ++nDistance)
+    if (wxString(info->GetClassName()).utf8_string() == name) return nDistance;
+  return -1;
+}
+
+TEST(ClassInformation, TheClassesOfASourceFileAreRegisteredInTheirOrder) {
+  const std::vector<std::vector<std::string>> files = {
+      {"CXact_Create_RepTables", "CXact_Create_Sequence", "CXact_Create_Replication_Properties_Table"},
+      {"CXact_Drop_RepTables", "CXact_Drop_Sequence", "CXact_Drop_Replication_Properties_Table"},
+      {"CREP_Refresh_Base", "CREP_RefreshTable_ORA8", "CREP_Refresh_Properties_Table",
+       "CREP_Refresh_Sequence"}};
+  for (const std::vector<std::string>& classes : files)
+    for (size_t i = 1; i < classes.size(); ++i)
+      EXPECT_EQ(DistanceFromFront(classes[i - 1]), DistanceFromFront(classes[i]) + 1) << classes[i];
+}
+
 TEST(ClassInformation, TheLoadBaseHasNoneOfItsOwn) {
   EXPECT_EQ(wxClassInfo::FindClass("CXact_LoadTableBase_ORA8"), nullptr);
 }
