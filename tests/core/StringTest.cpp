@@ -32,7 +32,7 @@ TEST(String, ReadsNarrowTextAsUtf8) {
   const LKString text(
       "Gr\xC3\xBC\xC3\x9F"
       "e \xE2\x82\xAC \xF0\x9F\x98\x80",
-      15);
+      16);
   EXPECT_EQ(text, LKString(L"Gr\u00FC\u00DFe \u20AC \U0001F600"));
 }
 
