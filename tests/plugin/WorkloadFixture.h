@@ -6,6 +6,7 @@
 
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
 #include "ConnectedDriver.h"
+#include "ForeignDriver.h"
 #include "core/Random.h"
 #include "db/Xact.h"
 
@@ -13,22 +14,6 @@ namespace scripted {
 
 inline constexpr int kUser = 3;
 inline constexpr char kSequenceQuery[] = "SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL";
-
-// A driver of another database: no COracle8Driver.
-class ForeignDriver : public CDriverBase {
- public:
-  int Connect(LKString, LKString, LKString) override { return 1; }
-  int Disconnect() override { return 1; }
-  int IsConnected() const override { return 1; }
-  int Commit() override { return 1; }
-  int Rollback() override { return 1; }
-  int Cancel() override { return 1; }
-  int PrepareStatement(const wchar_t*, int) override { return 1; }
-  int ExecuteStatement(int) override { return 1; }
-  int CloseStatement() override { return 1; }
-  int Query(LKString, std::vector<std::vector<LKString>>&) override { return 1; }
-  LKString GetServerVersion() override { return {}; }
-};
 
 template <class Transaction>
 class WorkloadTest : public ConnectedDriver<> {

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the tests of the load share: a driver whose backup operations are written down and answered as told,
+// and transaction copies of numbered users with the fields of the host in reach.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Benchmarks/CREP_ORA8/CREP_InitObjects_ORA8.h"
+#include "ConnectedDriver.h"
+#include "DescribedTable.h"
+
+namespace scripted {
+
+class BackupDriver : public COracle8Driver {
+ public:
+  int PrepareRenameFromBackup(LKString szTable) override { return Note("PrepareRenameFromBackup", szTable); }
+  int RenameToBackup(LKString szTable) override { return Note("RenameToBackup", szTable); }
+  int CreateBackupTable(LKString szTable, LKString szOptions) override {
+    return Note("CreateBackupTable", szTable, ", \"" + szOptions.ToChar() + "\"");
+  }
+  int RestoreFromBackup(LKString szTable) override {
+    if (m_onRestore) m_onRestore();
+    return Note("RestoreFromBackup", szTable);
+  }
+  int BackupExists(LKString szTable) override {
+    Note("BackupExists", szTable);
+    return m_backups.contains(szTable.ToChar()) ? 1 : 0;
+  }
+  int DropBackupTable(LKString szTable) override { return Note("DropBackupTable", szTable); }
+
+  std::vector<std::string> m_operations;  // "DropBackupTable(LK_REP_TABLE1)"
+  std::set<std::string> m_backups;        // tables whose backup exists
+  std::set<std::string> m_failing;        // operations, as they are written down, that answer 0
+  std::function<void()> m_onRestore;
+
+ private:
+  int Note(const char* szOperation, const LKString& szTable, const std::string& more = {}) {
+    m_operations.push_back(std::string(szOperation) + "(" + szTable.ToChar() + more + ")");
+    return m_failing.contains(m_operations.back()) ? 0 : 1;
+  }
+};
+
+// A transaction copy whose host fields can be read.
+template <class Load>
+class Opened : public Load {
+ public:
+  using CXact::m_nLastReadTime;
+  using CXact::m_nNumberOfSets;
+  using CXact::m_nRowsProcessed;
+  using CXact::m_nSetNumber;
+
+  std::vector<std::string> Tables() const requires requires(const Load& load) { load.m_TableArray; }
+  {
+    std::vector<std::string> names;
+    for (const LKString& szName : this->m_TableArray) names.push_back(szName.ToChar());
+    return names;
+  }
+  std::string Set() const { return std::to_string(m_nSetNumber) + " of " + std::to_string(m_nNumberOfSets); }
+};
+using LoadUser = Opened<CXact_LoadTable_ORA8>;
+
+class LoadTest : public ConnectedDriver<BackupDriver> {
+ protected:
+  LoadTest() { SetRowsPerCommit(500); }
+  ~LoadTest() override { SetRowsPerCommit(500); }
+
+  static void SetRowsPerCommit(long nRows) {
+    LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", nRows);
+  }
+  // Tables 1 to nTables, each with a key and a number.
+  void HaveTables(int nTables) {
+    m_properties.GetRepBenchmarkProperties().SetTableNumber(nTables);
+    for (int i = 1; i <= nTables; ++i) {
+      DescribeTable("LK_REP_TABLE" + std::to_string(i), {IdColumn(), NumberColumn("COLUMN1", 5, 0)});
+      DescribeTable("LK_REP_TABLE" + std::to_string(i) + "_BAK", {IdColumn(), NumberColumn("COLUMN1", 5, 0)});
+    }
+  }
+  void UseBackup() { m_properties.SetCreateUseBackup(true); }
+
+  template <class Load = LoadUser>
+  std::unique_ptr<Load> User(int nUserID, int nTotalUsers) {
+    auto pLoad = std::make_unique<Load>();
+    pLoad->SetDriver(&m_driver);
+    pLoad->SetUserID(nUserID);
+    pLoad->SetTotalUsers(nTotalUsers);
+    pLoad->SetBenchmarkProperties(m_properties);
+    return pLoad;
+  }
+  // A user after its PreBenchmark; the record of calls is then empty.
+  std::unique_ptr<LoadUser> ReadyUser(int nUserID, int nTotalUsers) {
+    auto pUser = User(nUserID, nTotalUsers);
+    EXPECT_EQ(pUser->PreBenchmark(), 1);
+    m_driver.m_operations.clear();
+    Oci().ClearCalls();
+    return pUser;
+  }
+  // The IDs that were inserted into that table, in order.
+  static std::vector<long> InsertedIds(const std::string& table) {
+    std::vector<long> ids;
+    for (const Execution& execution : Oci().Executions()) {
+      if (!execution.sql.starts_with("INSERT INTO " + table + " ")) continue;
+      for (const auto& row : execution.rows) ids.push_back(std::stol(*row[0]));
+    }
+    return ids;
+  }
+  static std::vector<ub4> BatchSizes() {
+    std::vector<ub4> sizes;
+    for (const Execution& execution : Oci().Executions())
+      if (execution.sql.starts_with("INSERT")) sizes.push_back(execution.iters);
+    return sizes;
+  }
+
+  CBenchmarkProperties m_properties;
+};
+
+// nFirst, nFirst + 1, … nLast
+inline std::vector<long> Ids(long nFirst, long nLast) {
+  std::vector<long> ids;
+  for (long nRow = nFirst; nRow <= nLast; ++nRow) ids.push_back(nRow);
+  return ids;
+}
+
+}  // namespace scripted
