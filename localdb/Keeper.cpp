@@ -63,12 +63,14 @@ bool WaitForLastUser(pid_t server, int users, int* status) {
   }
 }
 
-// The alarm of WaitForLastUser still ticks and interrupts the wait each second.
+// The request is repeated each second (the alarm of WaitForLastUser still ticks and interrupts the wait): a
+// server that only starts up loses it.
 void Stop(pid_t server) {
   int status = 0;
-  kill(server, SIGTERM);
-  for (int seconds = 0; seconds < kSecondsToStop; ++seconds)
+  for (int seconds = 0; seconds < kSecondsToStop; ++seconds) {
+    kill(server, SIGTERM);
     if (waitpid(server, &status, 0) == server) return;
+  }
   kill(server, SIGKILL);
   while (waitpid(server, &status, 0) < 0 && errno == EINTR) continue;
 }

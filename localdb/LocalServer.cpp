@@ -38,6 +38,7 @@ struct LocalServer::State {
   bool TryStart(const Options& options, const StartLock& start_lock, const Deadline& deadline);
   bool TryJoin();
   bool IsServerGone() const;
+  bool HasOthers() const;
 };
 
 void LocalServer::State::Enter(const Options& options) {
@@ -83,19 +84,27 @@ bool LocalServer::State::IsServerGone() const {
   return TryLock(OpenFile(folder.ServerLock(), O_RDWR | O_CREAT), LOCK_SH);
 }
 
-// Whoever can have the users' lock alone is the last one, or finds the keeper at work.
+// Others share the users' lock: then it cannot be had alone, yet shared. (The keeper, once it stops the
+// server, has it alone.) Nothing is held afterwards.
+bool LocalServer::State::HasOthers() const {
+  const bool others = !TryLock(users, LOCK_EX) && TryLock(users, LOCK_SH);
+  flock(users.Get(), LOCK_UN);
+  return others;
+}
+
+// Somebody may come between the release of the lock and the keeper's taking it: then the server stays.
 void LocalServer::State::Leave() noexcept {
+  bool others = false;
   try {
     const Deadline deadline(patience);
-    bool others = false;
-    {
-      const StartLock start_lock(folder, deadline);
-      others = !TryLock(users, LOCK_EX) && TryLock(users, LOCK_SH);
-      users.Close();
-    }
-    if (!others && deadline.WaitFor([&] { return IsServerGone(); }) && keeper) waitpid(*keeper, nullptr, 0);
-  } catch (const std::exception&) {
-    users.Close();  // the folder is gone or stuck: the keeper does the rest on its own
+    const bool decided = deadline.WaitFor([&] {
+      others = HasOthers();
+      return others || IsServerGone();
+    });
+    users.Close();
+    if (decided && !others && keeper) waitpid(*keeper, nullptr, 0);
+  } catch (const LocalServerError&) {
+    users.Close();  // the folder is gone: the keeper does the rest on its own
   }
 }
 

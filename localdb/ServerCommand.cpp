@@ -22,7 +22,7 @@ std::vector<char*> Pointers(Texts& texts) {
 
 // Nothing else is passed on: the server reads settings (MYSQL_…, UMASK, TMPDIR, NOTIFY_SOCKET) from there.
 Texts ServerEnvironment() {
-  Texts environment;
+  Texts environment{"UMASK=0600", "UMASK_DIR=0700"};
   for (const char* name : {"PATH", "LD_LIBRARY_PATH", "TZ"})
     if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
   return environment;
