@@ -42,8 +42,8 @@ TEST(XactResults, AddUpWhatTheTimerWasGiven) {
 
 TEST(XactResults, CountAFailureOnlyForTheExecutionThatFailed) {
   CXact xact;
-  ExecuteTimed(xact, 0, 0, 0);
   ExecuteTimed(xact, 0, 0, 1);
+  ExecuteTimed(xact, 0, 0, 0);
   xact.PostExecute();
   EXPECT_EQ(ResultsOf(xact).m_nExecutions, 3);
   EXPECT_EQ(ResultsOf(xact).m_nFailures, 1);

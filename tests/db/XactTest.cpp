@@ -119,6 +119,7 @@ TEST(XactCancel, OfASharedFlagReachesEveryCopyAndLeavesTheirOwnAlone) {
 TEST(XactStart, SetsUserTotalsAndARepeatableRandomStream) {
   CXact first;
   CXact second;
+  first.GetRandomGenerator().GetRandom(1, 10);
   ASSERT_EQ(first.InitializeForTest(nullptr, 2, 5, 77), 1);
   ASSERT_EQ(second.InitializeForTest(nullptr, 3, 5, 77), 1);
   EXPECT_EQ(first.GetUserID(), 2);

@@ -37,6 +37,14 @@ TEST_F(Cancel, WithoutASessionHasNothingToStop) {
   EXPECT_THAT(Oci().Calls(), IsEmpty());
 }
 
+TEST_F(Cancel, DuringADisconnectNoLongerFindsTheSession) {
+  int cancelled = 0;
+  Oci().After("OCITransRollback", 1, [&] { cancelled = m_driver.Cancel(); });
+  EXPECT_EQ(m_driver.Disconnect(), 1);
+  EXPECT_EQ(cancelled, 1);
+  EXPECT_EQ(Oci().CountCalls("OCIBreak"), 0);
+}
+
 TEST_F(Cancel, FromAnotherThreadMayMeetConnectsAndDisconnects) {
   std::atomic<bool> done{false};
   std::atomic<int> failures{0};

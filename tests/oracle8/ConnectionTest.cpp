@@ -88,8 +88,11 @@ TEST_F(Session, RefusesASecondConnectAndStaysAsItWas) {
 
 TEST_F(Session, FreesTheGenericStatementWithIt) {
   ASSERT_EQ(m_driver.PrepareStatement(L"DROP SEQUENCE S", 0), 1);
+  Oci().ClearCalls();
   m_driver.Disconnect();
+  EXPECT_EQ(Oci().Calls().at(0), "OCIHandleFree(stmt#1, 4)");
   EXPECT_EQ(Oci().Live(), 0);
+  m_driver.CloseStatement();
   EXPECT_THAT(Oci().Violations(), IsEmpty());
 }
 
