@@ -295,6 +295,7 @@ TEST_F(AnyTransaction, WithoutAnOracleDriverReturnsZeroWithoutACall) {
 }
 
 TEST_F(AnyTransaction, OnlyTwoUseTheDriverUnchecked) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   ForEach(nullptr, [](CXact& xact) {
     if (!ChecksItsDriver(xact)) {
       EXPECT_DEATH(xact.Execute(), "") << ClassName(xact);
