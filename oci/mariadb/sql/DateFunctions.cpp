@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/sql/DateFunctions.h"
 
-#include "oci/mariadb/OraError.h"
 #include "oci/mariadb/sql/Call.h"
 #include "oci/mariadb/sql/DateMask.h"
 #include "oci/mariadb/sql/TextCase.h"
+#include "oci/mariadb/sql/Unimplemented.h"
 
 namespace ocimaria::sql {
 namespace {
@@ -17,8 +17,7 @@ std::string MaskOf(const PieceList& pieces, const Call& call, bool is_timestamp)
   if (call.arguments.size() == 1) return std::string(is_timestamp ? kDefaultTimestampMask : kDefaultDateMask);
   const Range mask = call.arguments[1];
   if (mask.Size() != 1 || pieces.Kind(mask.begin) != TokenKind::kString) {
-    throw OraError::WithText(3001, "unimplemented feature: " + UpperCase(pieces.Text(call.name)) +
-                                       " with a format that is no literal");
+    throw Unimplemented(UpperCase(pieces.Text(call.name)) + " with a format that is no literal");
   }
   return StringValue(pieces.Text(mask.begin));
 }

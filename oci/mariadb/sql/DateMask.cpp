@@ -6,9 +6,8 @@
 #include <cstdio>
 #include <ctime>
 
-#include "oci/mariadb/OraError.h"
 #include "oci/mariadb/sql/DateReader.h"
-#include "oci/mariadb/sql/TextCase.h"
+#include "oci/mariadb/sql/Unimplemented.h"
 
 namespace ocimaria::sql {
 namespace {
@@ -143,8 +142,8 @@ std::string DateMask::ToServerFormat() const {
     }
     const auto letters = ServerLetters(element);
     if (letters.empty()) {
-      throw OraError::WithText(3001, "unimplemented feature: the date format " + element.text +
-                                         " of an argument that is neither a literal nor a placeholder");
+      throw Unimplemented("the date format " + element.text +
+                          " of an argument that is neither a literal nor a placeholder");
     }
     format += letters;
   }

@@ -71,11 +71,17 @@ void PieceList::Remove(std::size_t begin, std::size_t end) {
   }
 }
 
-void PieceList::InsertBefore(std::size_t i, std::string text) { m_pieces[i].before = Keep(std::move(text)); }
+void PieceList::InsertBefore(std::size_t i, std::string_view text) {
+  if (i == Size()) {
+    m_at_end += text;
+  } else {
+    m_pieces[i].before = Keep(std::string(m_pieces[i].before).append(text));
+  }
+}
 
 void PieceList::SetDateMask(std::size_t i, std::string mask) { m_pieces[i].date_mask = std::move(mask); }
 
-std::string PieceList::Join() const { return Join(0, Size()) + PortableGap(m_tail); }
+std::string PieceList::Join() const { return Join(0, Size()) + m_at_end + PortableGap(m_tail); }
 
 std::string PieceList::Join(std::size_t begin, std::size_t end) const {
   std::string text;

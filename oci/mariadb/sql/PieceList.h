@@ -39,7 +39,8 @@ class PieceList {
 
   void Replace(std::size_t i, std::string text);
   void Remove(std::size_t begin, std::size_t end);  // [begin, end), with the gaps before the second and later
-  void InsertBefore(std::size_t i, std::string text);
+  void InsertBefore(std::size_t i,
+                    std::string_view text);  // behind what was inserted there before; i may be the end
   bool IsRemoved(std::size_t i) const { return m_pieces[i].removed; }
 
   // The mask by which the placeholder's bound text is to be converted.
@@ -67,6 +68,7 @@ class PieceList {
 
   std::vector<Piece> m_pieces;
   std::string_view m_tail;
+  std::string m_at_end;            // inserted behind the last piece
   std::deque<std::string> m_kept;  // the texts that pieces were given; never moved
 };
 

@@ -2,11 +2,17 @@
 #include "oci/mariadb/sql/Rewrite.h"
 
 #include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/Blocks.h"
 #include "oci/mariadb/sql/DateFunctions.h"
+#include "oci/mariadb/sql/DdlRewrite.h"
+#include "oci/mariadb/sql/DictionaryViews.h"
+#include "oci/mariadb/sql/Functions.h"
 #include "oci/mariadb/sql/PieceList.h"
+#include "oci/mariadb/sql/Spelling.h"
 #include "oci/mariadb/sql/StatementKind.h"
 #include "oci/mariadb/sql/TargetTable.h"
 #include "oci/mariadb/sql/TextCase.h"
+#include "oci/mariadb/sql/Unimplemented.h"
 
 namespace ocimaria::sql {
 namespace {
@@ -55,6 +61,16 @@ bool LocksRows(const PieceList& pieces) {
   return false;
 }
 
+// The text of an EXECUTE IMMEDIATE. Its placeholders are given their values by the server, which converts
+// none.
+std::string NestedText(std::string_view oracle_sql) {
+  Rewritten nested = Rewrite(oracle_sql);
+  for (const Placeholder& placeholder : nested.placeholders) {
+    if (!placeholder.date_mask.empty()) throw Unimplemented("TO_DATE of a placeholder in EXECUTE IMMEDIATE");
+  }
+  return std::move(nested.text);
+}
+
 }  // namespace
 
 Rewritten Rewrite(std::string_view oracle_sql) {
@@ -72,7 +88,12 @@ Rewritten Rewrite(std::string_view oracle_sql) {
   rewritten.no_wait = HasWord(pieces, "NOWAIT");
   rewritten.target_table = TargetTable(pieces);
 
+  RewriteSpelling(pieces);
   RewriteDateFunctions(pieces);
+  RewriteFunctions(pieces);
+  RewriteDictionaryViews(pieces);
+  if (kind.is_block || kind.is_stored_program) RewriteBlock(pieces, NestedText);
+  RewriteDdl(pieces);
   if (!kind.is_stored_program) rewritten.placeholders = TakePlaceholders(pieces);
   rewritten.text = pieces.Join();
   return rewritten;

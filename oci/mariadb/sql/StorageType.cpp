@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/Unimplemented.h"
 
 namespace ocimaria::sql {
 namespace {
@@ -130,7 +130,7 @@ std::string CastType(const OracleType& type) {
     case TypeFamily::kRaw:
       return Sized("binary", type.length);
     default:
-      throw OraError::WithText(3001, "unimplemented feature: CAST to " + TypeText(type));
+      throw Unimplemented("CAST to " + TypeText(type));
   }
 }
 

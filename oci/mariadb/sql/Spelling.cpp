@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/sql/Spelling.h"
+
+#include "oci/mariadb/sql/TextCase.h"
+#include "oci/mariadb/sql/Unimplemented.h"
+
+namespace ocimaria::sql {
+namespace {
+
+void RefuseWord(const PieceList& pieces, std::size_t i) {
+  if (pieces.AreWords(i, {"CONNECT", "BY"})) throw Unimplemented("CONNECT BY");
+  if (pieces.IsWord(i, "NULLS") && pieces.IsAnyWord(i + 1, {"FIRST", "LAST"})) {
+    throw Unimplemented("NULLS FIRST and NULLS LAST");
+  }
+}
+
+void RefuseOuterJoin(const PieceList& pieces, std::size_t i) {
+  if (pieces.IsSymbol(i, "(") && pieces.IsSymbol(i + 1, "+") && pieces.IsSymbol(i + 2, ")")) {
+    throw Unimplemented("outer joins with (+); write LEFT JOIN or RIGHT JOIN");
+  }
+}
+
+void RefuseOutputPlaceholder(const PieceList& pieces, std::size_t i) {
+  if (pieces.IsSymbol(i + 1, ":=") || (i > 0 && pieces.IsWord(i - 1, "INTO"))) {
+    throw Unimplemented("a value handed back through the placeholder " + std::string(pieces.Text(i)));
+  }
+}
+
+void RewritePiece(PieceList& pieces, std::size_t i) {
+  const auto text = pieces.Text(i);
+  switch (pieces.Kind(i)) {
+    case TokenKind::kString:
+      if (!text.starts_with('\'')) pieces.Replace(i, QuoteLiteral(StringValue(text)));
+      break;
+    case TokenKind::kWord:
+      RefuseWord(pieces, i);
+      // The server ends a name at "#" and takes the rest of the line for a comment.
+      if (text.find('#') != text.npos) pieces.Replace(i, "\"" + UpperCase(text) + "\"");
+      break;
+    case TokenKind::kSymbol:
+      RefuseOuterJoin(pieces, i);
+      if (text == "^=") pieces.Replace(i, "!=");
+      break;
+    case TokenKind::kPlaceholder:
+      RefuseOutputPlaceholder(pieces, i);
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace
+
+void RewriteSpelling(PieceList& pieces) {
+  for (std::size_t i = 0; i < pieces.Size(); ++i) RewritePiece(pieces, i);
+}
+
+}  // namespace ocimaria::sql

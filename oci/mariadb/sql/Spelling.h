@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+// The same thing spelt otherwise: literals with a prefix, operators, names with characters that the server
+// takes for something else; and what Oracle's grammar has and the server's has not.
+#pragma once
+
+#include "oci/mariadb/sql/PieceList.h"
+
+namespace ocimaria::sql {
+
+// Throws ORA-03001 for outer joins with (+), CONNECT BY, NULLS FIRST or LAST, and values handed back through
+// placeholders.
+void RewriteSpelling(PieceList& pieces);
+
+}  // namespace ocimaria::sql

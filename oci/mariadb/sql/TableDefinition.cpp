@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "oci/mariadb/sql/TableDefinition.h"
+
+#include <algorithm>
+
+#include "oci/mariadb/sql/ErrorMap.h"
+#include "oci/mariadb/sql/StorageOptions.h"
+#include "oci/mariadb/sql/StorageType.h"
+#include "oci/mariadb/sql/TargetTable.h"
+#include "oci/mariadb/sql/TextCase.h"
+#include "oci/mariadb/sql/Unimplemented.h"
+
+namespace ocimaria::sql {
+namespace {
+
+// The server's limit with room for its own bytes.
+constexpr std::size_t kMostRowBytes = 65000;
+constexpr std::size_t kMostColumns = 1000;
+
+bool IsConstraint(const PieceList& pieces, std::size_t i) {
+  return pieces.IsWord(i, "CONSTRAINT") || pieces.AreWords(i, {"PRIMARY", "KEY"}) ||
+         pieces.AreWords(i, {"FOREIGN", "KEY"}) ||
+         (pieces.IsAnyWord(i, {"UNIQUE", "CHECK"}) && pieces.IsSymbol(i + 1, "("));
+}
+
+// Behind DEFAULT and its expression, which ends where the next part of the column begins.
+std::size_t SkipDefault(const PieceList& pieces, std::size_t i, std::size_t end) {
+  if (pieces.AreWords(i, {"DEFAULT", "ON", "NULL"})) throw Unimplemented("DEFAULT ON NULL");
+  for (std::size_t at = i + 1; at < end; ++at) {
+    if (pieces.IsSymbol(at, "(")) at = pieces.ClosingOf(at);
+    if (at > i + 1 && pieces.IsAnyWord(at, {"CONSTRAINT", "NOT", "NULL", "PRIMARY", "UNIQUE", "CHECK",
+                                            "REFERENCES", "ENABLE", "DISABLE"})) {
+      return at;
+    }
+  }
+  return end;
+}
+
+// Behind REFERENCES table (columns) ON DELETE ….
+std::size_t SkipReferences(const PieceList& pieces, std::size_t i) {
+  std::size_t at = EndOfName(pieces, i + 1);
+  if (pieces.IsSymbol(at, "(")) at = pieces.ClosingOf(at) + 1;
+  if (pieces.AreWords(at, {"ON", "DELETE", "CASCADE"})) return at + 3;
+  if (pieces.AreWords(at, {"ON", "DELETE", "SET", "NULL"})) return at + 4;
+  return at;
+}
+
+}  // namespace
+
+void TableDefinition::RewriteElement(Range element) {
+  if (element.Size() == 0) throw OraError(904, {""});
+  if (IsConstraint(m_pieces, element.begin)) {
+    RewriteConstraint(element);
+  } else {
+    RewriteColumn(element);
+  }
+}
+
+void TableDefinition::RewriteConstraint(Range element) {
+  for (std::size_t i = element.begin; i < element.end; ++i) {
+    if (m_pieces.IsSymbol(i, "(") && m_pieces.IsAnyWord(i - 1, {"KEY", "UNIQUE"})) ReadKeyColumns(i);
+  }
+  RemoveConstraintStates(m_pieces, element.begin, element.end);
+}
+
+void TableDefinition::ReadKeyColumns(std::size_t open) {
+  for (const Range& name : SplitAtCommas(m_pieces, open, m_pieces.ClosingOf(open))) {
+    m_key_columns.push_back(DictionaryName(m_pieces, name.begin));
+  }
+}
+
+void TableDefinition::RewriteColumn(Range element) {
+  if (!m_pieces.IsName(element.begin)) throw OraError(904, {m_pieces.Text(element.begin)});
+  if (element.Size() == 1) throw OraError(2263);
+  if (m_columns.size() == kMostColumns) throw OraError(1792);
+  const ParsedType parsed = ParseOracleType(m_pieces, element.begin + 1);
+  Column column{.name = DictionaryName(m_pieces, element.begin),
+                .spelling = std::string(m_pieces.Text(element.begin)),
+                .type = parsed.type,
+                .type_at = element.begin + 1};
+  m_pieces.Remove(column.type_at, parsed.end);
+  for (std::size_t i = parsed.end; i < element.end;) i = RewriteColumnPart(i, element.end, column);
+  ReplaceType(column, StorageType(column.type));
+  // The server takes the comment of a generated column behind its expression only.
+  if (column.is_generated) {
+    m_pieces.InsertBefore(element.end, " COMMENT " + QuoteLiteral(ColumnComment(column.type)));
+  }
+  m_columns.push_back(std::move(column));
+}
+
+void TableDefinition::ReplaceType(const Column& column, const std::string& storage) {
+  std::string text = storage;
+  if (!column.is_generated) text += " COMMENT " + QuoteLiteral(ColumnComment(column.type));
+  m_pieces.Replace(column.type_at, std::move(text));
+}
+
+// Rewrites what begins at `i`, a constraint, a default or a state, and returns where the next part begins.
+std::size_t TableDefinition::RewriteColumnPart(std::size_t i, std::size_t end, Column& column) {
+  if (m_pieces.IsWord(i, "CONSTRAINT")) return RewriteNamedConstraint(i, column);
+  if (m_pieces.IsWord(i, "DEFAULT")) return SkipDefault(m_pieces, i, end);
+  if (m_pieces.AreWords(i, {"AS", "IDENTITY"})) throw Unimplemented("an identity column");
+  if (m_pieces.IsWord(i, "AS")) column.is_generated = column.stays_in_row = true;
+  if (m_pieces.AreWords(i, {"PRIMARY", "KEY"}) || m_pieces.IsWord(i, "UNIQUE")) column.stays_in_row = true;
+  if (m_pieces.IsSymbol(i, "(")) return m_pieces.ClosingOf(i) + 1;
+  const std::size_t behind = SkipConstraintState(m_pieces, i, end);
+  if (behind == i) return i + 1;
+  m_pieces.Remove(i, behind);
+  return behind;
+}
+
+// The server names no constraint of a column: the name of NOT NULL and of a primary key is left out, any
+// other constraint goes behind the columns with its name.
+std::size_t TableDefinition::RewriteNamedConstraint(std::size_t i, const Column& column) {
+  const std::size_t what = i + 2;
+  const std::string name = "CONSTRAINT " + std::string(m_pieces.Text(i + 1)) + " ";
+  std::size_t behind = what;
+  if (m_pieces.IsWord(what, "UNIQUE")) {
+    behind = what + 1;
+    m_additions.push_back(name + "UNIQUE (" + column.spelling + ")");
+    m_key_columns.push_back(column.name);
+  } else if (m_pieces.IsWord(what, "CHECK") && m_pieces.IsSymbol(what + 1, "(")) {
+    behind = m_pieces.ClosingOf(what + 1) + 1;
+    m_additions.push_back(name + m_pieces.Join(what, behind));
+  } else if (m_pieces.IsWord(what, "REFERENCES")) {
+    behind = SkipReferences(m_pieces, what);
+    m_additions.push_back(name + "FOREIGN KEY (" + column.spelling + ") " + m_pieces.Join(what, behind));
+    m_key_columns.push_back(column.name);
+  } else if (!m_pieces.AreWords(what, {"NOT", "NULL"}) && !m_pieces.IsWord(what, "NULL") &&
+             !m_pieces.AreWords(what, {"PRIMARY", "KEY"})) {
+    throw OraError(922);
+  }
+  m_pieces.Remove(i, behind);
+  return behind;
+}
+
+TableDefinition::Column* TableDefinition::LongestMovable() {
+  Column* longest = nullptr;
+  for (Column& column : m_columns) {
+    const bool is_key = std::ranges::find(m_key_columns, column.name) != m_key_columns.end();
+    if (is_key || column.stays_in_row || !CanBeOutOfRow(column.type)) continue;
+    if (!longest || column.type.length > longest->type.length) longest = &column;
+  }
+  return longest;
+}
+
+void TableDefinition::MoveOutOfRow(Column& column) {
+  ReplaceType(column, OutOfRowStorageType(column.type));
+  m_additions.push_back("CONSTRAINT \"" + std::string(kLengthCheckPrefix) + column.name +
+                        "\" CHECK (CHAR_LENGTH(" + column.spelling +
+                        ") <= " + std::to_string(column.type.length) + ")");
+  column.stays_in_row = true;  // where it is now
+}
+
+std::vector<std::string> TableDefinition::FinishColumns() {
+  std::size_t bytes = 0;
+  for (const Column& column : m_columns) bytes += RowBytes(column.type);
+  while (bytes > kMostRowBytes) {
+    Column* longest = LongestMovable();
+    if (!longest) break;
+    bytes = bytes - RowBytes(longest->type) + kOutOfRowBytes;
+    MoveOutOfRow(*longest);
+  }
+  return std::move(m_additions);
+}
+
+}  // namespace ocimaria::sql
