@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Whether a server answers on a socket, found out without logging in: it greets whoever connects.
+// Allocates nothing, so that it may be called after a fork.
 #pragma once
 
 #include <sys/types.h>

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "localdb/Answer.h"
 #include "localdb/ChildSetup.h"
 
 namespace localdb {
@@ -16,6 +17,7 @@ namespace {
 
 enum KeptDescriptor : int { kInput, kOutput, kErrors, kServerLock, kReport };
 
+constexpr std::chrono::seconds kToAnswer(5);
 constexpr int kSecondsToStop = 60;  // a server that has not ended by then is killed; the next start recovers
 
 volatile std::sig_atomic_t g_asked_to_end = 0;
@@ -63,13 +65,24 @@ bool WaitForLastUser(pid_t server, int users, int* status) {
   }
 }
 
-// The request is repeated each second (the alarm of WaitForLastUser still ticks and interrupts the wait): a
-// server that only starts up loses it.
-void Stop(pid_t server) {
+bool Answers(const std::filesystem::path& socket) {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, &before);  // the alarm would cut the question short
+  const bool answers = AskServer(socket, kToAnswer).has_value();
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  return answers;
+}
+
+// A server that is asked to end while it still starts may hang for ever, and holds nothing that anybody could
+// have committed: it is killed. The alarm of WaitForLastUser still ticks and interrupts the wait each second.
+void Stop(pid_t server, const std::filesystem::path& socket) {
   int status = 0;
-  for (int seconds = 0; seconds < kSecondsToStop; ++seconds) {
+  if (Answers(socket)) {
     kill(server, SIGTERM);
-    if (waitpid(server, &status, 0) == server) return;
+    for (int seconds = 0; seconds < kSecondsToStop; ++seconds)
+      if (waitpid(server, &status, 0) == server) return;
   }
   kill(server, SIGKILL);
   while (waitpid(server, &status, 0) < 0 && errno == EINTR) continue;
@@ -95,7 +108,7 @@ void Stop(pid_t server) {
   }
   int status = 0;
   if (WaitForLastUser(server, users, &status)) {
-    Stop(server);
+    Stop(server, job.socket);
   } else {
     Tell(KeeperReport::kServerEnded, status);
   }

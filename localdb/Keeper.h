@@ -23,6 +23,7 @@ struct KeeperReport {
 struct KeeperJob {
   const CommandLine& server;
   const std::filesystem::path& users_lock;
+  const std::filesystem::path& socket;
   const Fd& server_lock;  // locked; keeper and server inherit the lock
   const Fd& log;          // for what the server says before its own log is open
   const Fd& report;       // the writing end of a pipe for a KeeperReport

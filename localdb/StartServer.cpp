@@ -78,10 +78,11 @@ StartedServer StartServer(const Folder& folder, const Options& options, const St
   if (!fs::exists(folder.Data(), unknown)) CreateData(folder, start_lock.File(), deadline);
   const CommandLine command = ServeCommand(folder, options);
   const fs::path users_lock = folder.UsersLock();
+  const fs::path socket = folder.Socket();
   const Fd log = OpenFile(folder.Log(), O_WRONLY | O_CREAT | O_APPEND);
   Pipe reports = MakePipe();
   SignAs(server_lock, std::string("a server started by ") + program_invocation_short_name);
-  const pid_t keeper = StartKeeper({command, users_lock, server_lock, log, reports.write_end});
+  const pid_t keeper = StartKeeper({command, users_lock, socket, server_lock, log, reports.write_end});
   reports.write_end.Close();
   return {keeper, WaitForAnswer(folder, reports.read_end, keeper, deadline)};
 }

@@ -101,7 +101,7 @@ TEST_F(LocalServerKill, OfUserKeeperAndServerTogetherLosesNothingCommitted) {
 
 // The moments are spread over the making of the data, the start and the time after it.
 TEST_F(LocalServerKill, AtAnyMomentOfTheFirstStartLeavesAFolderThatCanBeUsed) {
-  for (int milliseconds = 0; milliseconds < 500; milliseconds += 50) {
+  for (int milliseconds = 0; milliseconds < 480; milliseconds += 60) {
     const fs::path folder = m_temporary.Path() / std::to_string(milliseconds);
     UserProcess user(folder);
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
