@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/App.h"
+
+#include <csignal>
+#include <fstream>
+#include <optional>
+
+#include "core/LKConfig.h"
+#include "lkbench/Bench.h"
+#include "lkbench/CommandLine.h"
+#include "lkbench/Failure.h"
+#include "lkbench/HostSetUp.h"
+#include "lkbench/Inspect.h"
+#include "lkbench/JsonReport.h"
+#include "lkbench/Layers.h"
+#include "lkbench/Report.h"
+#include "lkbench/Text.h"
+#include "localdb/LocalServer.h"
+
+namespace lkbench {
+namespace {
+
+std::string TargetPlace(const Job& job) {
+  const auto found = job.origins.find("target");
+  return found == job.origins.end() ? "target" : found->second;
+}
+
+// The private server, when the target is one, and how the sessions reach the database. The server is started
+// before any thread is.
+class Database {
+ public:
+  Database(const Target& target, const Job& job) {
+    m_connect.shown = target.text;
+    if (target.kind == TargetKind::kLocal) {
+      Start(target);
+      return;
+    }
+    m_connect.server = target.server;
+    m_connect.user = target.user;
+    m_connect.password = ReadPassword(job.password);
+  }
+  const ConnectData& Connect() const { return m_connect; }
+  std::string Note() const {
+    if (!m_local) return {};
+    return m_local->Started() ? " (private server, started)" : " (private server, joined)";
+  }
+
+ private:
+  void Start(const Target& target) {
+    try {
+      m_local.emplace(target.folder);
+    } catch (const localdb::LocalServerError& error) {
+      throw PrepareError(OneLine(error.what()));
+    }
+    m_connect.shown = "local:" + m_local->Folder().string();
+    m_connect.server = m_local->ConnectString();
+    m_connect.user = m_local->User();
+    m_connect.password = m_local->Password();
+  }
+
+  std::optional<localdb::LocalServer> m_local;
+  ConnectData m_connect;
+};
+
+void PrintSummary(Bench& bench) {
+  Console& console = bench.console;
+  if (bench.workload) {
+    console.Result("");
+    console.Result(WorkloadTable(*bench.workload));
+    console.Result("elapsed " + Fixed(static_cast<double>(bench.workload->elapsed) / 1e9, 2) + " s, " +
+                   Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
+                   Plural(bench.workload->total.failures, "failure"));
+    for (const std::string& doubt : Doubts(*bench.workload)) console.Result("note: " + doubt);
+  }
+  const std::string problems = ProblemTable(bench.log.Lines());
+  if (!problems.empty()) console.Result(problems);
+}
+
+using VerbFunction = void (*)(Bench&);
+
+VerbFunction FunctionOf(const std::string& verb) {
+  static const std::map<std::string, VerbFunction> functions = {
+      {"run", RunAll},           {"create", CreateSchema},   {"load", LoadTables},
+      {"workload", RunWorkload}, {"refresh", RefreshTables}, {"drop", DropSchema}};
+  return functions.at(verb);
+}
+
+// Runs the verb; what it throws becomes its one line and the exit code.
+int RunVerb(Bench& bench, const std::string& verb) {
+  int code = kDone;
+  try {
+    FunctionOf(verb)(bench);
+    const bool failed =
+        bench.workload && (bench.workload->total.failures > 0 || bench.workload->lost_users > 0);
+    if (failed) code = kRanWithFailures;
+  } catch (const Failure& failure) {
+    code = failure.Code();
+    bench.console.Problem(failure.what());
+  }
+  if (bench.cancel.Signal() != 0) code = bench.cancel.Signal() == SIGINT ? kInterrupted : kTerminated;
+  return code;
+}
+
+// A file that cannot be written is known before the work, not after it.
+void RequireWritable(const std::string& file) {
+  if (!file.empty() && !std::ofstream(file, std::ios::app))
+    throw UsageError("json: " + file + " cannot be written");
+}
+
+int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, ErrorLog& log) {
+  CheckJob(job, verb == "run" || verb == "create" || verb == "load");
+  RequireWritable(job.json);
+  const Target target = ParseTarget(job.target, TargetPlace(job));
+  const Layers layers(target.kind, {job.oci, job.plugin});
+  const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
+  LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
+  const Database database(target, job);
+  std::signal(SIGPIPE, SIG_IGN);  // a reader of our output that ends first does not end the run
+  CancelSwitch cancel;
+  CallBreaker breaker;
+  UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
+  const SignalWatch signals(cancel, breaker, console);
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}};
+  if (verb == "check") {
+    console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin()));
+    return kDone;
+  }
+  const int code = RunVerb(bench, verb);
+  PrintSummary(bench);
+  if (!job.json.empty()) WriteJson(job.json, JsonText(bench, verb, database.Connect().shown, code));
+  return code;
+}
+
+int RunInvocation(const Invocation& invocation, Console& console, ErrorLog& log) {
+  if (invocation.verb != "list") return RunDatabaseVerb(invocation.verb, invocation.job, console, log);
+  const Layers layers(TargetKind::kMariaDb, {invocation.job.oci, invocation.job.plugin});
+  console.Result(ListText(*layers.NewBenchmark()));
+  return kDone;
+}
+
+}  // namespace
+
+int RunApp(int argc, const char* const* argv) {
+  Console console;
+  try {
+    const Invocation invocation = ReadCommandLine(argc, argv);
+    if (invocation.verb.empty()) {
+      console.Result(invocation.answer.substr(0, invocation.answer.find_last_not_of('\n') + 1));
+      return kDone;
+    }
+    console.SetLevel(invocation.job.log_level);
+    ErrorLog log(console);
+    const HostSetUp host(console, log);
+    return RunInvocation(invocation, console, log);
+  } catch (const Failure& failure) {
+    console.Problem(failure.what());
+    return failure.Code();
+  } catch (const std::exception& error) {
+    console.Problem(std::string("internal error: ") + OneLine(error.what()));
+    return kInternal;
+  }
+}
+
+}  // namespace lkbench

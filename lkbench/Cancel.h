@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+// How a run is stopped before its end. CancelSwitch is the flag that every transaction copy watches; a failed
+// step sets it, and so does a signal. CallBreaker knows the sessions that may be inside a database call.
+// SignalWatch is the one thread that takes SIGINT and SIGTERM: the first signal sets the switch and, after a
+// grace time, breaks the calls that still run; the second ends the process at once. Any thread may use them.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include "db/DriverBase.h"
+#include "lkbench/Console.h"
+
+namespace lkbench {
+
+class CancelSwitch {
+ public:
+  void Set();
+  void SetBySignal(int signal);
+  bool IsSet() const { return m_flag.load(std::memory_order_relaxed); }
+  int Signal() const { return m_signal.load(); }  // 0: none came
+  std::atomic<bool>* Flag() { return &m_flag; }
+
+ private:
+  std::atomic<bool> m_flag{false};
+  std::atomic<int> m_signal{0};
+};
+
+class CallBreaker {
+ public:
+  // Marks a session as breakable while it lives: the user's thread may be inside a call that is worth ending.
+  class Scope {
+   public:
+    Scope(CallBreaker& breaker, CDriverBase& driver);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    CallBreaker& m_breaker;
+    CDriverBase& m_driver;
+  };
+  void BreakAll();
+
+ private:
+  std::mutex m_mutex;
+  std::set<CDriverBase*> m_drivers;
+};
+
+class SignalWatch {
+ public:
+  // Blocks the two signals in this thread, and so in all that it starts.
+  SignalWatch(CancelSwitch& cancel, CallBreaker& breaker, Console& console);
+  ~SignalWatch();
+  SignalWatch(const SignalWatch&) = delete;
+  SignalWatch& operator=(const SignalWatch&) = delete;
+
+ private:
+  void Watch();
+
+  CancelSwitch& m_cancel;
+  CallBreaker& m_breaker;
+  Console& m_console;
+  int m_signals;  // signalfd
+  int m_stop;     // eventfd: the watch ends
+  std::thread m_thread;
+};
+
+}  // namespace lkbench

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+// A JobValue is one value of a job as it was written, in a file or in a flag, with the place where it stands.
+// The readers below turn it into a setting or throw UsageError: place, key, what was given, what is allowed.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace lkbench {
+
+struct JobValue {
+  using Table = std::vector<std::pair<std::string, JobValue>>;
+  using List = std::vector<JobValue>;
+
+  std::string key;
+  std::string place;  // "job.toml:3" or "--users"
+  std::variant<std::string, std::int64_t, double, bool, Table, List> value;
+  bool is_flag = false;  // text from the command line: a reader may take it for a number
+
+  std::int64_t Integer(std::int64_t low, std::int64_t high) const;
+  double Real(double low) const;  // finite and at least `low`
+  bool Boolean() const;
+  const std::string& Text() const;
+  std::chrono::nanoseconds Duration() const;  // above 0
+  size_t OneOf(const std::vector<std::string>& names) const;
+
+  std::string Shown() const;  // as it was given, shortened
+  [[noreturn]] void Refuse(const std::string& allowed) const;
+};
+
+}  // namespace lkbench

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/Report.h"
+
+#include <algorithm>
+
+#include "lkbench/Text.h"
+
+namespace lkbench {
+namespace {
+
+std::string Padded(const std::string& text, size_t width) {
+  return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
+}
+
+std::string Rate(std::uint64_t count, std::uint64_t nanoseconds) {
+  const double seconds = static_cast<double>(nanoseconds) / 1e9;
+  return Fixed(seconds > 0 ? static_cast<double>(count) / seconds : 0, 1);
+}
+
+using Row = std::vector<std::string>;
+
+// The first column is left-aligned, the others right-aligned.
+std::string Aligned(const std::vector<Row>& rows) {
+  std::vector<size_t> widths(rows.front().size());
+  for (const Row& row : rows)
+    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  std::string text;
+  for (const Row& row : rows) {
+    text += text.empty() ? "" : "\n";
+    text += row.front() + std::string(widths[0] - row.front().size(), ' ');
+    for (size_t i = 1; i < row.size(); ++i) text += "  " + Padded(row[i], widths[i]);
+  }
+  return text;
+}
+
+void AppendTimes(Row& row, const HistogramData& times) {
+  row.push_back(Milliseconds(times.Mean()));
+  for (const double percent : {50.0, 95.0, 99.0}) row.push_back(Milliseconds(times.Percentile(percent)));
+  row.push_back(Milliseconds(times.Max()));
+}
+
+Row CountsRow(const XactTotals& totals, std::uint64_t elapsed) {
+  Row row = {totals.name, Grouped(totals.executions), Grouped(totals.failures), Grouped(totals.rows),
+             Rate(totals.executions, elapsed)};
+  AppendTimes(row, totals.latency);
+  return row;
+}
+
+Row DatabaseRow(const XactTotals& totals) {
+  Row row = {"  database part", "", "", "", ""};
+  AppendTimes(row, totals.database);
+  return row;
+}
+
+bool IsOptimised() {
+#ifdef __OPTIMIZE__
+  return true;
+#else
+  return false;
+#endif
+}
+
+}  // namespace
+
+std::string IntervalReport::Line(const WorkloadResult& so_far) {
+  HistogramData interval = so_far.total.latency;
+  interval.Subtract(m_shown);
+  const std::uint64_t executions = so_far.total.executions - m_executions;
+  const std::uint64_t failures = so_far.total.failures - m_failures;
+  const std::string line = Padded(Fixed(static_cast<double>(so_far.elapsed) / 1e9, 0), 4) + " s  " +
+                           Padded(Rate(executions, so_far.elapsed - m_elapsed), 8) + " tx/s  failures " +
+                           Grouped(failures) + "  p50 " + Milliseconds(interval.Percentile(50)) + "  p95 " +
+                           Milliseconds(interval.Percentile(95)) + "  p99 " +
+                           Milliseconds(interval.Percentile(99)) + " ms";
+  m_shown = so_far.total.latency;
+  m_executions = so_far.total.executions;
+  m_failures = so_far.total.failures;
+  m_elapsed = so_far.elapsed;
+  return line;
+}
+
+std::string WorkloadTable(const WorkloadResult& result) {
+  std::vector<Row> rows = {{"transaction (times in ms)", "executions", "failures", "rows", "per s", "mean",
+                            "p50", "p95", "p99", "max"}};
+  for (const XactTotals& totals : result.xacts) {
+    rows.push_back(CountsRow(totals, result.elapsed));
+    rows.push_back(DatabaseRow(totals));
+  }
+  rows.push_back(CountsRow(result.total, result.elapsed));
+  rows.push_back(DatabaseRow(result.total));
+  return Aligned(rows);
+}
+
+std::string ProblemTable(const std::vector<ProblemLine>& problems) {
+  std::string text;
+  for (const ProblemLine& problem : problems) {
+    if (problem.count < 2) continue;
+    text += (text.empty() ? "" : "\n") + Grouped(problem.count) + " times: " + problem.text;
+  }
+  return text;
+}
+
+std::vector<std::string> Doubts(const WorkloadResult& result) {
+  std::vector<std::string> doubts;
+  if (!IsOptimised())
+    doubts.push_back("lkbench was built without optimisation: its figures are not representative");
+  if (result.lost_users > 0)
+    doubts.push_back(Plural(static_cast<std::uint64_t>(result.lost_users), "user") + " of " +
+                     std::to_string(result.users) + " lost the session and ended early");
+  for (const XactTotals& totals : result.xacts)
+    if (totals.latency.Count() > 0 && totals.latency.Count() < 100)
+      doubts.push_back(totals.name + ": p99 of fewer than 100 executions is their maximum");
+  return doubts;
+}
+
+}  // namespace lkbench

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <numeric>
+
+namespace lkbench {
+
+LKString ToHost(std::string_view utf8) { return LKString(utf8.data(), static_cast<int>(utf8.size())); }
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  std::ranges::transform(upper, upper.begin(),
+                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return upper;
+}
+
+std::string OneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\n' && c != '\r') {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += line.back() == ':' ? " " : ": ";
+    }
+  }
+  while (!line.empty() && (line.back() == ' ' || line.back() == ':')) line.pop_back();
+  return line;
+}
+
+std::string Grouped(std::uint64_t number) {
+  std::string digits = std::to_string(number);
+  for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
+    digits.insert(static_cast<size_t>(at), 1, ',');
+  return digits;
+}
+
+std::string Fixed(double value, int decimals) {
+  char buffer[400];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
+  return std::string(buffer, end.ptr);
+}
+
+std::string Short(double value) {
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return std::string(buffer, end.ptr);
+}
+
+std::string Milliseconds(std::uint64_t nanoseconds) {
+  const double milliseconds = static_cast<double>(nanoseconds) / 1e6;
+  const int decimals = milliseconds < 10 ? 3 : milliseconds < 100 ? 2 : milliseconds < 1000 ? 1 : 0;
+  return Fixed(milliseconds, decimals);
+}
+
+std::string Plural(std::uint64_t count, const char* noun) {
+  return Grouped(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
+std::string Join(const std::vector<std::string>& parts, std::string_view separator) {
+  std::string joined;
+  for (const std::string& part : parts) joined.append(joined.empty() ? "" : separator).append(part);
+  return joined;
+}
+
+namespace {
+
+size_t EditDistance(std::string_view left, std::string_view right) {
+  std::vector<size_t> row(right.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < left.size(); ++i) {
+    size_t diagonal = row[0]++;
+    for (size_t j = 0; j < right.size(); ++j) {
+      const size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+}  // namespace
+
+std::string Nearest(std::string_view name, const std::vector<std::string>& candidates) {
+  const std::string wanted = Upper(name);
+  std::string nearest;
+  size_t best = std::max<size_t>(2, (name.size() + 2) / 3) + 1;
+  for (const std::string& candidate : candidates) {
+    const size_t distance = EditDistance(wanted, Upper(candidate));
+    if (distance >= best || distance >= candidate.size()) continue;
+    best = distance;
+    nearest = candidate;
+  }
+  return nearest;
+}
+
+std::string DidYouMean(std::string_view name, const std::vector<std::string>& candidates) {
+  const std::string nearest = Nearest(name, candidates);
+  return nearest.empty() ? "" : ": did you mean \"" + nearest + "\"?";
+}
+
+namespace {
+
+template <class Number>
+bool ParseWhole(std::string_view text, Number& value) {
+  Number parsed{};
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), parsed);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return false;
+  value = parsed;
+  return true;
+}
+
+}  // namespace
+
+bool ParseInteger(std::string_view text, std::int64_t& value) { return ParseWhole(text, value); }
+bool ParseReal(std::string_view text, double& value) { return ParseWhole(text, value); }
+
+bool ParseDuration(std::string_view text, std::chrono::nanoseconds& duration) {
+  struct Unit {
+    std::string_view suffix;
+    double nanoseconds;
+  };
+  static constexpr Unit kUnits[] = {{"ms", 1e6}, {"s", 1e9}, {"m", 60e9}, {"h", 3600e9}, {"", 1e9}};
+  static constexpr double kLongest = 366.0 * 24 * 3600e9;
+  const auto* unit =
+      std::ranges::find_if(kUnits, [&](const Unit& each) { return text.ends_with(each.suffix); });
+  double number = 0;
+  if (!ParseReal(text.substr(0, text.size() - unit->suffix.size()), number)) return false;
+  const double nanoseconds = number * unit->nanoseconds;
+  if (!(nanoseconds >= 0 && nanoseconds <= kLongest)) return false;
+  duration = std::chrono::nanoseconds(std::llround(nanoseconds));
+  return true;
+}
+
+}  // namespace lkbench

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+// Virtual users and their database sessions. A user owns its driver and the end of its error chain; both
+// belong to one thread at a time. UserPool opens them on the calling thread and closes them when it goes.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "db/DriverBase.h"
+#include "lkbench/ErrorLog.h"
+
+namespace lkbench {
+
+struct ConnectData {
+  std::string shown;  // for messages
+  std::string server;
+  std::string user;
+  std::string password;
+};
+
+class VirtualUser {
+ public:
+  // Connects; throws PrepareError with what the database said.
+  VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect, ErrorLog& log);
+  ~VirtualUser();
+  VirtualUser(const VirtualUser&) = delete;
+  VirtualUser& operator=(const VirtualUser&) = delete;
+
+  int Number() const { return m_number; }  // 1-based
+  CDriverBase& Driver() { return *m_driver; }
+  ErrorLog& Log() { return m_log; }
+
+  // Statements of lkbench's own. Each throws PrepareError with what the database said.
+  void Run(const std::string& sql);
+  std::vector<std::vector<std::string>> Query(const std::string& sql);
+
+  // Whether the database's last error means that the session is gone.
+  bool LostSession() const;
+
+ private:
+  int m_number;
+  ErrorLog& m_log;
+  UserErrors m_errors;
+  std::unique_ptr<CDriverBase> m_driver;  // after the chain's end that it refers to
+};
+
+class UserPool {
+ public:
+  using DriverFactory = std::function<std::unique_ptr<CDriverBase>()>;
+  UserPool(DriverFactory new_driver, ConnectData connect, ErrorLog& log)
+      : m_new_driver(std::move(new_driver)), m_connect(std::move(connect)), m_log(log) {}
+
+  VirtualUser& First() { return *Open(1).front(); }
+  // The first `count` users, connected.
+  std::vector<VirtualUser*> Open(int count);
+
+ private:
+  DriverFactory m_new_driver;
+  ConnectData m_connect;
+  ErrorLog& m_log;
+  std::vector<std::unique_ptr<VirtualUser>> m_users;
+};
+
+}  // namespace lkbench
