@@ -65,7 +65,8 @@ void Connection::SetOptions(Purpose purpose) {
   const my_bool enforce = 1, verify = m_target.verify_certificate;
   mysql_options(m_mysql, MYSQL_OPT_SSL_ENFORCE, &enforce);
   mysql_options(m_mysql, MYSQL_OPT_SSL_VERIFY_SERVER_CERT, &verify);
-  mysql_options(m_mysql, MYSQL_OPT_SSL_CA, OrNull(m_target.ssl_ca));
+  // Connector/C checks a certificate wherever it is given an authority, wanted or not.
+  if (m_target.verify_certificate) mysql_options(m_mysql, MYSQL_OPT_SSL_CA, OrNull(m_target.ssl_ca));
   mysql_options(m_mysql, MYSQL_OPT_SSL_CERT, OrNull(m_target.ssl_cert));
   mysql_options(m_mysql, MYSQL_OPT_SSL_KEY, OrNull(m_target.ssl_key));
 }

@@ -87,6 +87,7 @@ FetchedValue ResultRows::Value(std::size_t column) const {
     return static_cast<std::int64_t>(cell.number);
   }
   const std::string_view text(cell.text.data(), cell.length);
+  if (text.empty()) return std::monostate{};  // Oracle knows no other empty text than NULL
   if (cell.is_decimal) return DecimalValue{text};
   return text;
 }
