@@ -94,9 +94,11 @@ template <class T, int SQLT>
 int CBind<T, SQLT>::AllocateArrays(size_t nWidth) {
   std::free(m_pData);
   std::free(m_pIndicator);
+  m_pIndicator = nullptr;
   m_pData = static_cast<T*>(std::calloc(m_nMaxRows, nWidth));
+  if (m_pData == nullptr) return 0;
   m_pIndicator = static_cast<sb2*>(std::calloc(m_nMaxRows, sizeof(sb2)));
-  return m_pData != nullptr && m_pIndicator != nullptr ? 1 : 0;
+  return m_pIndicator != nullptr ? 1 : 0;
 }
 
 template <class T, int SQLT>

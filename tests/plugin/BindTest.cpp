@@ -9,8 +9,9 @@
 #include "ConnectedDriver.h"
 #include "DescribedTable.h"
 
-// A refused allocation is an answer here, also under the address sanitizer.
+// A refused allocation is an answer here, also under the sanitizers.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+extern "C" const char* __tsan_default_options() { return "allocator_may_return_null=1"; }
 
 namespace {
 
@@ -121,6 +122,7 @@ TEST_F(Binds, AnAllocationThatIsRefusedFailsInitialize) {
   TextBind bind(&column, 0xFFFFFFFFU, 65536);  // 256 TB
   EXPECT_EQ(bind.Initialize(), 0);
   EXPECT_EQ(bind.m_pData, nullptr);
+  EXPECT_EQ(bind.m_pIndicator, nullptr);
 }
 
 TEST_F(Binds, WithoutAStatementBindingIsReportedAndFails) {

@@ -100,6 +100,34 @@ TEST_F(LoadRows, AFullLastBatchIsCounted) {
   EXPECT_EQ(pUser->GetRowsProcessed(), 1000);
 }
 
+TEST_F(LoadRows, TheTimerIsReadAfterFullBatchesAndSkippedTablesOnly) {
+  HaveTables(1);
+  const int kNotRead = -1;
+  const auto TimeReadAfter = [&](double fScale, double fLoadedScale) {
+    m_properties.SetScale(fScale);
+    m_properties.SetLoadedMaxScale(fLoadedScale);
+    const auto pUser = ReadyUser(1, 1);
+    pUser->m_nLastReadTime = kNotRead;
+    EXPECT_EQ(pUser->Execute(), 1);
+    return pUser->m_nLastReadTime;
+  };
+  EXPECT_NE(TimeReadAfter(0.5, 0.0), kNotRead);
+  EXPECT_NE(TimeReadAfter(0.5, 0.5), kNotRead);
+  EXPECT_EQ(TimeReadAfter(0.1, 0.0), kNotRead);
+}
+
+TEST_F(LoadRows, ASequenceBehindTheFirstColumnStartsAtTheFirstRowLoaded) {
+  m_properties.GetRepBenchmarkProperties().SetTableNumber(1);
+  scripted::DescribeTable("LK_REP_TABLE1", {scripted::NumberColumn("KEY", 9, 0), IdColumn()});
+  m_properties.SetScale(0.02);
+  m_properties.SetLoadedMaxScale(0.015);
+  EXPECT_EQ(ReadyUser(1, 1)->Execute(), 1);
+  const auto& rows = Oci().Executions().back().rows;
+  ASSERT_EQ(rows.size(), 5U);
+  EXPECT_THAT(rows.front(), ElementsAre("16", "16"));
+  EXPECT_THAT(rows.back(), ElementsAre("20", "20"));
+}
+
 TEST_F(LoadRows, RowsPerCommitIsReadAgainForEveryTable) {
   HaveTables(2);
   m_properties.SetScale(0.3);

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <memory>
 
 #include "Benchmarks/CREP_ORA8/RepTable.h"
@@ -88,6 +90,22 @@ TEST_F(TableLoader, InitializeGivesEveryColumnABindInColumnOrder) {
   ASSERT_EQ(loader.GetBindArray().GetCount(), 2);
   EXPECT_EQ(loader.GetBindArray()[0]->GetColumn(), table.GetColumns().GetAt(0));
   EXPECT_EQ(loader.GetBindArray()[1]->GetColumn(), table.GetColumns().GetAt(1));
+}
+
+TEST_F(TableLoader, IsSeededByTheNextRandomNumberAfterTheClocksSecond) {
+  const time_t nBefore = time(nullptr);
+  CTableLoader loader(&m_driver, L"T");
+  loader.Initialize(nullptr, 10);  // seeds also without columns
+  const time_t nAfter = time(nullptr);
+  const long nDraw = loader.m_RandGen.UnifInt(1, 1000000000);
+  bool bFound = false;
+  for (time_t nSecond = nBefore; nSecond <= nAfter; ++nSecond) {
+    srand(static_cast<unsigned int>(nSecond));
+    CRandGen twin;
+    twin.SetSeed(rand());
+    bFound = bFound || twin.UnifInt(1, 1000000000) == nDraw;
+  }
+  EXPECT_TRUE(bFound);
 }
 
 TEST_F(TableLoader, TheStartingRowReachesEveryGeneratorButTheKeys) {
