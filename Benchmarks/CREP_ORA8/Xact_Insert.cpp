@@ -18,7 +18,7 @@ namespace {
 constexpr int kXactID = 131;
 constexpr int kSeedOffset = 1;
 
-bool IsNoID(__int64 nRowID) { return static_cast<unsigned long>(nRowID + 1) <= 1; }  // -1 or 0
+bool IsNoID(__int64 nRowID) { return static_cast<unsigned long>(nRowID) + 1 <= 1; }  // -1 or 0
 
 }  // namespace
 

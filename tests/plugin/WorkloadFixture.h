@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // The fixture of the workload tests: a connected driver, a replication benchmark, and one copy of a
-// transaction bound to both as virtual user 3, with kTables tables that all have an ID, a number, a text and
-// a date column.
+// transaction bound to both as virtual user 3, with nine tables that all have an ID, a number, a text and a
+// date column.
 #pragma once
+
+#include <wx/log.h>
 
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
 #include "ConnectedDriver.h"
@@ -19,6 +21,7 @@ template <class Transaction>
 class WorkloadTest : public ConnectedDriver<> {
  protected:
   explicit WorkloadTest(int nTables = 1) {
+    wxLog::SetLogLevel(wxLOG_Message);  // the debug line of every execution is for a LogRecorder only
     SetSettings(nTables, 1.0);
     m_xact.SetDriver(&m_driver);
     m_xact.SetBenchmark(&m_benchmark);
