@@ -219,6 +219,7 @@ int CXact_LoadTable_ORA8::LoadTable(COracle8Driver* pDriver, const LKString& szT
   }
   ReportProgress(pDriver, L"Started loading table %s.", L"Started loading table %s (set %d of %d).");
   if (!LoadRange(pDriver, range, nRowsPerCommit)) return 0;
+  // kept: no blank before the parenthesis of this one
   ReportProgress(pDriver, L"Completed loading table %s.", L"Completed loading table %s(set %d of %d).");
   return 1;
 }

@@ -47,6 +47,7 @@ class CSequenceGenerator : public IDataGenerator {
 // that.
 class CNumberGenerator : public IDataGenerator {
  public:
+  // kept: eDecmial and m_nPercision are so spelt, hosts and siblings know them by these names.
   enum eNumericType { eDecmial = 0, eFloat = 1, eReal = 2, eInt = 3 };
   // The scale byte -127 of floating-point and unconstrained columns, as it arrives here: without its sign.
   static constexpr int FIXED_SCALE = 129;

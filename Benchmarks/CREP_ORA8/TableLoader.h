@@ -37,8 +37,9 @@ class CTableLoader {
   CTRKArray<IBind*, IBind*>& GetBindArray() { return m_BindArray; }
 
   LKString BuildSQL();
-  OCIStmt* CreateStatment();  // a new statement handle (caller owns), or null after a report
-  void Cleanup();             // deletes the binds
+  // A new statement handle (caller owns), or null after a report. kept: the name is so spelt.
+  OCIStmt* CreateStatment();
+  void Cleanup();  // deletes the binds
 
   LKString m_strName;
   __int64 m_nTotalRows = 0;  // rows that the whole load adds; informational
