@@ -4,6 +4,7 @@
 #include "oci/mariadb/Describe.h"
 #include "oci/mariadb/Fetch.h"
 #include "oci/mariadb/Guard.h"
+#include "oci/mariadb/ParseErrorOffset.h"
 #include "oci/mariadb/ServerFailure.h"
 #include "oci/mariadb/Session.h"
 #include "oci/mariadb/TypeCache.h"
@@ -20,7 +21,7 @@ void DescribeOnly(StatementHandle& statement) {
   if (!statement.Sql().is_query) return;
   InterruptibleWindow window(statement.Session().Calls());
   statement.Prepared().Prepare();
-  statement.description = Describe(statement.Prepared(), statement.Sql().text);
+  statement.description = Describe(statement.Prepared(), statement.Text());
 }
 
 // A DDL has no parse of its own: Oracle runs it then, too.
@@ -114,6 +115,7 @@ extern "C" sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errh
     try {
       return Execute(*statement, {rowoff, iters, mode}, error);
     } catch (const ServerFailure& failure) {
+      statement->parse_error_offset = ParseErrorOffset(statement->Text(), failure);
       throw ToOraError(failure, statement->FailureContext());
     }
   });

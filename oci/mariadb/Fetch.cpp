@@ -27,6 +27,13 @@ int DeliverRow(const StatementHandle& statement, ub4 element) {
   return told;
 }
 
+// A CHAR that is too long for the server's own is kept there without its blanks.
+void PadCharacters(StatementHandle& statement) {
+  const Description& columns = *statement.description;
+  for (std::size_t i = 0; i < columns.size(); ++i)
+    if (columns[i].type.data_type == SQLT_AFC) statement.rows->PadTo(i, columns[i].type.char_size);
+}
+
 void RunQuery(StatementHandle& statement) {
   Connection& connection = statement.Session();
   statement.rows.reset();
@@ -49,7 +56,8 @@ sword ExecuteQuery(StatementHandle& statement, const ExecuteRequest& request, Er
   const bool wants_rows = request.end > 0;
   if (wants_rows && !HasDefine(statement)) throw OraError(24374);
   RunQuery(statement);
-  statement.description = Describe(statement.Prepared(), statement.Sql().text);
+  statement.description = Describe(statement.Prepared(), statement.Text());
+  PadCharacters(statement);
   statement.executed = true;
   statement.row_count = 0;
   statement.rows_fetched = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/ResultRows.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace ocimaria {
@@ -68,8 +69,29 @@ MYSQL_BIND ResultRows::BindFor(Cell& cell) {
   return bind;
 }
 
+void ResultRows::PadTo(std::size_t column, std::size_t characters) {
+  Cell& cell = m_cells[column];
+  if (cell.wire != MYSQL_TYPE_STRING) return;
+  cell.pad_to = characters;
+  cell.text.resize(cell.text.size() + characters);  // room behind the longest value
+  m_binds[column].buffer = cell.text.data();
+}
+
+// Counts characters, not bytes: of each, the bytes after its first begin with 10.
+void ResultRows::Pad(Cell& cell) {
+  const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };
+  const auto text = cell.text.begin();
+  const auto characters = static_cast<std::size_t>(std::count_if(text, text + cell.length, begins));
+  if (cell.is_null || cell.length == 0 || characters >= cell.pad_to) return;
+  std::fill_n(text + cell.length, cell.pad_to - characters, ' ');
+  cell.length += cell.pad_to - characters;
+}
+
 bool ResultRows::Next() {
   if (!m_at_end) m_at_end = !m_statement.Fetch(m_binds.data());
+  if (!m_at_end)
+    for (Cell& cell : m_cells)
+      if (cell.pad_to > 0) Pad(cell);
   return !m_at_end;
 }
 

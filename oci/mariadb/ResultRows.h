@@ -23,7 +23,8 @@ class ResultRows {
   ResultRows& operator=(const ResultRows&) = delete;
 
   std::uint64_t Count() { return m_statement.StoredRows(); }
-  bool Next();  // false behind the last row
+  void PadTo(std::size_t column, std::size_t characters);  // with blanks
+  bool Next();                                             // false behind the last row
   bool AtEnd() const { return m_at_end; }
 
   // The current row's value of a column, from 0. Text stays valid until Next.
@@ -41,9 +42,11 @@ class ResultRows {
     std::vector<char> text;
     unsigned long length = 0;
     my_bool is_null = 0;
+    std::size_t pad_to = 0;  // characters
   };
   static Cell CellFor(const MYSQL_FIELD& field);
   static MYSQL_BIND BindFor(Cell& cell);
+  static void Pad(Cell& cell);
 
   PreparedStatement& m_statement;
   std::vector<Cell> m_cells;

@@ -14,6 +14,15 @@ std::string PlaceholderName(std::string_view name) {
   return upper;
 }
 
+// The server takes a block's NO_DATA_FOUND that nobody handles for a warning and goes on; Oracle ends the
+// block.
+std::string RaisingNoData(const std::string& block) {
+  return "BEGIN " + block +
+         "\nEXCEPTION WHEN NO_DATA_FOUND THEN SIGNAL SQLSTATE '45000' SET MYSQL_ERRNO = 1329, MESSAGE_TEXT = "
+         "'no data "
+         "found'; END;";
+}
+
 }  // namespace
 
 StatementHandle::~StatementHandle() { Release(); }
@@ -44,9 +53,11 @@ void StatementHandle::ClosePrepared() {
 void StatementHandle::Prepare(std::string_view text) {
   Release();
   m_is_prepared = false;
+  m_text = text;
   m_sql = {};
   m_sql.type = sql::StatementType(text);
   m_sql = sql::Rewrite(text);
+  if (m_sql.is_block) m_sql.text = RaisingNoData(m_sql.text);
   m_binds.resize(m_sql.placeholders.size());
   m_masks.resize(m_sql.placeholders.size());
   m_is_prepared = true;
@@ -116,6 +127,8 @@ sql::ErrorContext StatementHandle::FailureContext() const {
   context.statement_type = m_sql.type;
   context.is_ddl = m_sql.is_ddl;
   context.is_block = m_sql.is_block;
+  context.no_wait = m_sql.no_wait;
+  context.table = m_sql.target_table;
   context.schema = m_connection->Target().schema;
   return context;
 }

@@ -31,8 +31,9 @@ class StatementHandle : public Handle {
   // Takes a new text and drops everything of the old one. No round trip. Throws OraError.
   void Prepare(std::string_view text);
   bool IsPrepared() const { return m_is_prepared; }
-  void RequirePrepared() const;  // throws OraError 24337
-  const sql::Rewritten& Sql() const { return m_sql; }
+  void RequirePrepared() const;                        // throws OraError 24337
+  const std::string& Text() const { return m_text; }   // as the caller wrote it
+  const sql::Rewritten& Sql() const { return m_sql; }  // as the server gets it
   ub2 StatementType() const { return m_sql.type; }
 
   // The placeholders that a bind means: a position counts from 1; in a block each name has one position,
@@ -68,6 +69,7 @@ class StatementHandle : public Handle {
   void ClosePrepared();
 
   bool m_is_prepared = false;
+  std::string m_text;
   sql::Rewritten m_sql;
   std::vector<std::shared_ptr<BindHandle>> m_binds;  // by placeholder
   std::vector<std::shared_ptr<const sql::DateMask>> m_masks;
