@@ -22,7 +22,7 @@ void RewriteAdd(PieceList& pieces, std::size_t i) {
   TableDefinition definition(pieces);
   definition.RewriteElement({i + 1, pieces.Size()});
   for (const std::string& addition : definition.FinishColumns()) {
-    pieces.InsertBefore(pieces.Size(), ", ADD " + addition);
+    pieces.InsertAfter(pieces.Size() - 1, ", ADD " + addition);
   }
 }
 

@@ -51,19 +51,21 @@ void RewriteVariable(PieceList& pieces, std::size_t name) {
   pieces.Replace(type_at, StorageType(parsed->type));
 }
 
-// From DECLARE to its BEGIN a name begins each declaration.
-void RewriteDeclarations(PieceList& pieces, std::size_t declare) {
-  for (std::size_t i = declare + 1; i < pieces.Size() && !pieces.IsWord(i, "BEGIN"); ++i) {
+// From DECLARE to its BEGIN, which is returned, a name begins each declaration.
+std::size_t RewriteDeclarations(PieceList& pieces, std::size_t declare) {
+  std::size_t i = declare + 1;
+  for (; i < pieces.Size() && !pieces.IsWord(i, "BEGIN"); ++i) {
     const bool begins = i == declare + 1 || pieces.IsSymbol(i - 1, ";");
     if (begins && pieces.IsName(i)) RewriteVariable(pieces, i);
   }
+  return i;
 }
 
 }  // namespace
 
 void RewriteBlock(PieceList& pieces, const RewriteNested& rewrite) {
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
-    if (pieces.IsWord(i, "DECLARE")) RewriteDeclarations(pieces, i);
+    if (pieces.IsWord(i, "DECLARE")) i = RewriteDeclarations(pieces, i);
     if (!pieces.AreWords(i, {"EXECUTE", "IMMEDIATE"}) || pieces.Kind(i + 2) != TokenKind::kString) continue;
     const std::string text = StringValue(pieces.Text(i + 2));
     const std::string rewritten = rewrite(text);

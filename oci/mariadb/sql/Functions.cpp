@@ -104,7 +104,7 @@ void RewriteTrunc(PieceList& pieces, std::size_t i) {
   pieces.InsertBefore(call.close, ", 0");
 }
 
-// CAST(x AS VARCHAR2(10)): the type is replaced; one that the server has by the same meaning, too.
+// CAST(x AS VARCHAR2(10)): the type is replaced.
 void RewriteCast(PieceList& pieces, std::size_t i) {
   const std::size_t close = pieces.ClosingOf(i + 1);
   for (std::size_t as = i + 2; as < close; ++as) {
@@ -112,8 +112,10 @@ void RewriteCast(PieceList& pieces, std::size_t i) {
     if (!pieces.IsWord(as, "AS")) continue;
     const ParsedType parsed = ParseOracleType(pieces, as + 1);
     if (parsed.end != close) throw OraError(907);
+    const std::string type = CastType(parsed.type);
+    if (UpperCase(pieces.Join(as + 1, close)) == UpperCase(type)) return;
     pieces.Remove(as + 1, close);
-    return pieces.Replace(as + 1, CastType(parsed.type));
+    return pieces.Replace(as + 1, type);
   }
   throw OraError(905);
 }

@@ -11,7 +11,7 @@ namespace ocimaria::sql {
 PieceList::PieceList(std::string_view sql) {
   const TokenList list = Tokenize(sql);
   m_pieces.reserve(list.tokens.size());
-  for (const Token& token : list.tokens) m_pieces.push_back({token, token.text, {}, {}});
+  for (const Token& token : list.tokens) m_pieces.push_back({token, token.text, {}, {}, {}});
   m_tail = list.tail;
   MatchParentheses();
 }
@@ -72,16 +72,25 @@ void PieceList::Remove(std::size_t begin, std::size_t end) {
 }
 
 void PieceList::InsertBefore(std::size_t i, std::string_view text) {
-  if (i == Size()) {
-    m_at_end += text;
-  } else {
-    m_pieces[i].before = Keep(std::string(m_pieces[i].before).append(text));
-  }
+  m_pieces[i].before = Keep(std::string(m_pieces[i].before).append(text));
+}
+
+void PieceList::InsertAfter(std::size_t i, std::string_view text) {
+  m_pieces[i].after = Keep(std::string(m_pieces[i].after).append(text));
+}
+
+bool PieceList::IsChanged(std::size_t begin, std::size_t end) const {
+  const auto first = m_pieces.begin();
+  return std::any_of(first + static_cast<std::ptrdiff_t>(begin), first + static_cast<std::ptrdiff_t>(end),
+                     [](const Piece& piece) {
+                       return piece.removed || !piece.before.empty() || !piece.after.empty() ||
+                              piece.text != piece.token.text;
+                     });
 }
 
 void PieceList::SetDateMask(std::size_t i, std::string mask) { m_pieces[i].date_mask = std::move(mask); }
 
-std::string PieceList::Join() const { return Join(0, Size()) + m_at_end + PortableGap(m_tail); }
+std::string PieceList::Join() const { return Join(0, Size()) + PortableGap(m_tail); }
 
 std::string PieceList::Join(std::size_t begin, std::size_t end) const {
   std::string text;
@@ -90,6 +99,7 @@ std::string PieceList::Join(std::size_t begin, std::size_t end) const {
     if ((i > begin || begin == 0) && !piece.gap_removed) text += PortableGap(piece.token.gap);
     text += piece.before;
     if (!piece.removed) text += piece.text;
+    text += piece.after;
   }
   return text;
 }

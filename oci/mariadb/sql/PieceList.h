@@ -39,9 +39,12 @@ class PieceList {
 
   void Replace(std::size_t i, std::string text);
   void Remove(std::size_t begin, std::size_t end);  // [begin, end), with the gaps before the second and later
-  void InsertBefore(std::size_t i,
-                    std::string_view text);  // behind what was inserted there before; i may be the end
+  // Directly before or behind the piece, each behind what was inserted there already.
+  void InsertBefore(std::size_t i, std::string_view text);
+  void InsertAfter(std::size_t i, std::string_view text);
   bool IsRemoved(std::size_t i) const { return m_pieces[i].removed; }
+
+  bool IsChanged(std::size_t begin, std::size_t end) const;  // anything in [begin, end)
 
   // The mask by which the placeholder's bound text is to be converted.
   void SetDateMask(std::size_t i, std::string mask);
@@ -54,8 +57,8 @@ class PieceList {
  private:
   struct Piece {
     Token token;
-    std::string_view text;    // what comes out
-    std::string_view before;  // inserted in front of it
+    std::string_view text;           // what comes out
+    std::string_view before, after;  // inserted
     std::string date_mask;
     std::size_t closing = 0;  // of a "(": its ")"; 0: none
     bool removed = false;
@@ -68,7 +71,6 @@ class PieceList {
 
   std::vector<Piece> m_pieces;
   std::string_view m_tail;
-  std::string m_at_end;            // inserted behind the last piece
   std::deque<std::string> m_kept;  // the texts that pieces were given; never moved
 };
 

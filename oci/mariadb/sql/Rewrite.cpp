@@ -8,6 +8,7 @@
 #include "oci/mariadb/sql/DictionaryViews.h"
 #include "oci/mariadb/sql/Functions.h"
 #include "oci/mariadb/sql/PieceList.h"
+#include "oci/mariadb/sql/SelectNames.h"
 #include "oci/mariadb/sql/Spelling.h"
 #include "oci/mariadb/sql/StatementKind.h"
 #include "oci/mariadb/sql/TargetTable.h"
@@ -95,6 +96,7 @@ Rewritten Rewrite(std::string_view oracle_sql) {
   if (kind.is_block || kind.is_stored_program) RewriteBlock(pieces, NestedText);
   RewriteDdl(pieces);
   if (!kind.is_stored_program) rewritten.placeholders = TakePlaceholders(pieces);
+  KeepSelectNames(pieces);
   rewritten.text = pieces.Join();
   return rewritten;
 }

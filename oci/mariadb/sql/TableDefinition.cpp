@@ -2,6 +2,7 @@
 #include "oci/mariadb/sql/TableDefinition.h"
 
 #include <algorithm>
+#include <set>
 
 #include "oci/mariadb/sql/ErrorMap.h"
 #include "oci/mariadb/sql/StorageOptions.h"
@@ -83,7 +84,7 @@ void TableDefinition::RewriteColumn(Range element) {
   ReplaceType(column, StorageType(column.type));
   // The server takes the comment of a generated column behind its expression only.
   if (column.is_generated) {
-    m_pieces.InsertBefore(element.end, " COMMENT " + QuoteLiteral(ColumnComment(column.type)));
+    m_pieces.InsertAfter(element.end - 1, " COMMENT " + QuoteLiteral(ColumnComment(column.type)));
   }
   m_columns.push_back(std::move(column));
 }
@@ -133,32 +134,35 @@ std::size_t TableDefinition::RewriteNamedConstraint(std::size_t i, const Column&
   return behind;
 }
 
-TableDefinition::Column* TableDefinition::LongestMovable() {
-  Column* longest = nullptr;
+// The columns that may leave the row, longest first.
+std::vector<TableDefinition::Column*> TableDefinition::MovableColumns() {
+  const std::set<std::string> keys(m_key_columns.begin(), m_key_columns.end());
+  std::vector<Column*> movable;
   for (Column& column : m_columns) {
-    const bool is_key = std::ranges::find(m_key_columns, column.name) != m_key_columns.end();
-    if (is_key || column.stays_in_row || !CanBeOutOfRow(column.type)) continue;
-    if (!longest || column.type.length > longest->type.length) longest = &column;
+    if (CanBeOutOfRow(column.type) && !column.stays_in_row && !keys.contains(column.name)) {
+      movable.push_back(&column);
+    }
   }
-  return longest;
+  std::ranges::stable_sort(movable, std::ranges::greater{},
+                           [](const Column* column) { return column->type.length; });
+  return movable;
 }
 
-void TableDefinition::MoveOutOfRow(Column& column) {
+void TableDefinition::MoveOutOfRow(const Column& column) {
   ReplaceType(column, OutOfRowStorageType(column.type));
   m_additions.push_back("CONSTRAINT \"" + std::string(kLengthCheckPrefix) + column.name +
                         "\" CHECK (CHAR_LENGTH(" + column.spelling +
                         ") <= " + std::to_string(column.type.length) + ")");
-  column.stays_in_row = true;  // where it is now
 }
 
 std::vector<std::string> TableDefinition::FinishColumns() {
   std::size_t bytes = 0;
   for (const Column& column : m_columns) bytes += RowBytes(column.type);
-  while (bytes > kMostRowBytes) {
-    Column* longest = LongestMovable();
-    if (!longest) break;
-    bytes = bytes - RowBytes(longest->type) + kOutOfRowBytes;
-    MoveOutOfRow(*longest);
+  if (bytes <= kMostRowBytes) return std::move(m_additions);
+  for (const Column* column : MovableColumns()) {
+    if (bytes <= kMostRowBytes) break;
+    bytes = bytes - RowBytes(column->type) + kOutOfRowBytes;
+    MoveOutOfRow(*column);
   }
   return std::move(m_additions);
 }

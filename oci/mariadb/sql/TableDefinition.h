@@ -44,9 +44,9 @@ class TableDefinition {
   std::size_t RewriteColumnPart(std::size_t i, std::size_t end, Column& column);
   std::size_t RewriteNamedConstraint(std::size_t i, const Column& column);
   void ReadKeyColumns(std::size_t open);
-  void MoveOutOfRow(Column& column);
+  void MoveOutOfRow(const Column& column);
   void ReplaceType(const Column& column, const std::string& storage);
-  Column* LongestMovable();
+  std::vector<Column*> MovableColumns();
 
   PieceList& m_pieces;
   std::vector<Column> m_columns;

@@ -70,11 +70,10 @@ TEST(Rewrite, ConvertsADateLiteral) {
       Text("update LK_REP_TABLE3 set ID=42,COLUMN1=TO_DATE('1987/03/09 04:05:06', 'YYYY-MM-DD HH24:MI:SS') "
            "where id = 42"),
       "update LK_REP_TABLE3 set ID=42,COLUMN1=TIMESTAMP'1987-03-09 04:05:06' where id = 42");
-  EXPECT_EQ(Text("select TO_TIMESTAMP('1987-03-09 04.5', 'YYYY-MM-DD SS.FF') from dual"),
-            "select TIMESTAMP'1987-03-09 00:00:04.500000' from dual");
-  EXPECT_EQ(Text("select to_date(20240102, 'YYYYMMDD') from dual"),
-            "select TIMESTAMP'2024-01-02 00:00:00' from dual");
-  EXPECT_EQ(Text("select to_date('', 'YYYYMMDD') from dual"), "select NULL from dual");
+  EXPECT_EQ(Text("call p(TO_TIMESTAMP('1987-03-09 04.5', 'YYYY-MM-DD SS.FF'))"),
+            "call p(TIMESTAMP'1987-03-09 00:00:04.500000')");
+  EXPECT_EQ(Text("call p(to_date(20240102, 'YYYYMMDD'))"), "call p(TIMESTAMP'2024-01-02 00:00:00')");
+  EXPECT_EQ(Text("call p(to_date('', 'YYYYMMDD'))"), "call p(NULL)");
 }
 
 TEST(Rewrite, ReportsADateLiteralThatDoesNotFit) {
@@ -86,10 +85,9 @@ TEST(Rewrite, ReportsADateLiteralThatDoesNotFit) {
 }
 
 TEST(Rewrite, LeavesADateOfOtherArgumentsToTheServer) {
-  EXPECT_EQ(Text("select to_date(a || b, 'YYYY-MM-DD') from t"),
-            "select STR_TO_DATE(a || b, '%Y-%m-%d') from t");
-  EXPECT_EQ(Text("select NVL(to_date(TRIM(a), 'DD-MON-YYYY'), TO_DATE('01-JAN-1970', 'DD-MON-YYYY')) from t"),
-            "select NVL(STR_TO_DATE(TRIM(a), '%d-%b-%Y'), TIMESTAMP'1970-01-01 00:00:00') from t");
+  EXPECT_EQ(Text("call p(to_date(a || b, 'YYYY-MM-DD'))"), "call p(STR_TO_DATE(a || b, '%Y-%m-%d'))");
+  EXPECT_EQ(Text("call p(NVL(to_date(TRIM(a), 'DD-MON-YYYY'), TO_DATE('01-JAN-1970', 'DD-MON-YYYY')))"),
+            "call p(NVL(STR_TO_DATE(TRIM(a), '%d-%b-%Y'), TIMESTAMP'1970-01-01 00:00:00'))");
 }
 
 TEST(Rewrite, RepairsCommentsThatTheServerReadsOtherwise) {
@@ -156,6 +154,54 @@ TEST(Rewrite, SeesThatASequenceIsDrawn) {
 TEST(Rewrite, SeesThatAQueryLocksRows) {
   EXPECT_TRUE(Rewrite("select a from t for update nowait").locks_rows);
   EXPECT_FALSE(Rewrite("select a from t").locks_rows);
+}
+
+std::string Repeated(std::string_view text, std::size_t bytes) {
+  std::string repeated;
+  while (repeated.size() < bytes) repeated += text;
+  return repeated;
+}
+
+constexpr std::size_t kMegabyte = 1 << 20;
+
+// A step that looked over the whole text for each token would take minutes here.
+TEST(Rewrite, CopesWithAMegabyteOfText) {
+  EXPECT_EQ(Rewrite("INSERT INTO T VALUES (" + Repeated(":a,", kMegabyte) + "1)").placeholders.size(),
+            kMegabyte / 3 + 1);
+  EXPECT_EQ(Text("SELECT 'a' || '" + Repeated("''", kMegabyte) + "'").size(), 16 + kMegabyte);
+}
+
+TEST(Rewrite, CopesWithLongTextsOfAnyToken) {
+  constexpr std::size_t kLength = kMegabyte / 8;
+  for (const std::string_view piece :
+       {"TO_DATE(A || ", "CAST(", "TRUNC(", "(", "DECLARE ", "-- x\n", "/* */", "FROM USER_TABLES, ", "A(+ ",
+        "<<x>>", "A NUMBER, ", "EXECUTE IMMEDIATE 'x' ", "q'[x]'", ":\"x\" "}) {
+    for (const std::string_view begin : {"SELECT ", "BEGIN ", "CREATE TABLE T ("}) {
+      const int error = OraErrorOf([&] { Rewrite(std::string(begin) + Repeated(piece, kLength)); });
+      EXPECT_TRUE(error == 0 || error == 907) << error << " for " << begin << piece;
+    }
+  }
+}
+
+TEST(Rewrite, RewritesCallsWithinCallsToAnyDepth) {
+  constexpr int kDepth = 20000;
+  std::string sql = "SELECT ";
+  for (int i = 0; i < kDepth; ++i) sql += "CAST(TO_DATE(";
+  sql += "A || B";
+  for (int i = 0; i < kDepth; ++i) sql += ",'YYYY') AS DATE)";
+  const std::string text = Text(sql + " FROM T");
+  EXPECT_THAT(text, testing::StartsWith("SELECT CAST(STR_TO_DATE(CAST(STR_TO_DATE("));
+  EXPECT_THAT(text, testing::EndsWith(", '%Y') AS datetime), '%Y') AS datetime) FROM T"));
+}
+
+TEST(Rewrite, KeepsTheNameOfAColumnThatItRewrites) {
+  EXPECT_EQ(Text("SELECT DISTINCT USER, TO_DATE(:1, 'YYYY') , A, B c, USER AS d, USER e FROM T"),
+            "SELECT DISTINCT UPPER(DATABASE()) \"USER\", ? \"TO_DATE(:1,'YYYY')\" , A, B c, "
+            "UPPER(DATABASE()) AS d, "
+            "UPPER(DATABASE()) e FROM T");
+  EXPECT_EQ(Text("select s.nextval, x from dual"), "select s.nextval \"NEXTVAL\", x from dual");
+  EXPECT_EQ(Text("SELECT T.A#B, CASE WHEN 1 ^= 2 THEN 1 END FROM T"),
+            "SELECT T.\"A#B\", CASE WHEN 1 != 2 THEN 1 END \"CASEWHEN1^=2THEN1END\" FROM T");
 }
 
 TEST(Rewrite, SeesThatAStatementDoesNotWait) {
