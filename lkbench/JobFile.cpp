@@ -4,6 +4,7 @@
 #include <toml++/toml.h>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -49,7 +50,7 @@ JobValue ValueOf(const std::string& key, const toml::node& node, const std::stri
   else if (const auto* text = node.as_string())
     value.value = text->get();
   else
-    value.Refuse("a date or time is no value of any key");
+    throw UsageError(value.place + ": " + key + " cannot be a date or time: no key has such a value");
   return value;
 }
 
@@ -73,6 +74,9 @@ void ReadJobText(Job& job, std::string_view text, const std::string& path) {
 }
 
 void ReadJobFile(Job& job, const std::string& path) {
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown))
+    throw UsageError("job file " + path + " cannot be read: it is a folder");
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   if (!file.is_open() || file.bad())

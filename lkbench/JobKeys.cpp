@@ -51,7 +51,8 @@ void SetMix(Job& job, const JobValue& value) {
                        " (insert, update and delete have weights)");
     *slot = Int(weight, 0, kMostWeight);
   }
-  if (mix.insert + mix.update + mix.remove == 0) value.Refuse("at least one weight must be above 0");
+  if (mix.insert + mix.update + mix.remove == 0)
+    throw UsageError(value.place + ": mix needs at least one weight above 0");
   job.mix = mix;
 }
 
