@@ -32,7 +32,7 @@ void CallState::LeaveWindow() {
 
 std::uint64_t CallState::RequestBreak() {
   std::lock_guard lock(m_state);
-  if (!m_in_call) return 0;
+  if (!m_in_call || m_break_wanted) return 0;
   m_break_wanted = true;
   return m_call;
 }

@@ -20,7 +20,8 @@ class CallState {
   void EnterWindow();  // throws OraError 1013 when the call was broken already
   void LeaveWindow();
 
-  // Any thread. The number of the call that is now to be interrupted; 0 when there is none.
+  // Any thread. The number of the call that is now to be interrupted; 0 when there is none, or when it is
+  // being interrupted already.
   std::uint64_t RequestBreak();
   bool IsRunning(std::uint64_t call);  // that call has not returned
   // Forgets a break that has not reached the server yet.

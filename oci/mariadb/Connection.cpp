@@ -82,6 +82,7 @@ void Connection::Open(Purpose purpose) {
                                         " offers no TLS and a connection in plain text is refused)");
   m_id = mysql_thread_id(m_mysql);
   if (purpose == Purpose::kSession) Run(kSessionSetup);
+  m_established = true;
 }
 
 MYSQL* Connection::Native() {
@@ -89,13 +90,10 @@ MYSQL* Connection::Native() {
   return m_mysql;
 }
 
-void Connection::NoteFailure(unsigned number) {
-  if (ServerFailure(number, {}).LostConnection()) m_lost = true;
-}
-
-void Connection::Fail() {
-  const ServerFailure failure(mysql_errno(m_mysql), mysql_error(m_mysql));
-  NoteFailure(failure.Number());
+void Connection::Throw(unsigned number, const char* text) {
+  ServerFailure failure(number, text);
+  if (m_established && failure.BrokenLink()) failure = ServerFailure(CR_SERVER_LOST, text);
+  if (failure.LostConnection()) m_lost = true;
   throw failure;
 }
 
@@ -161,6 +159,7 @@ std::string Connection::ServerVersion() { return mysql_get_server_info(Native())
 void Connection::Close() {
   if (m_mysql) mysql_close(m_mysql);
   m_mysql = nullptr;
+  m_lost = false;
 }
 
 }  // namespace ocimaria

@@ -61,8 +61,11 @@ class Connection {
   std::string Literal(std::string_view text);
 
   MYSQL* Native();  // throws OraError 3114 when the connection is gone
-  void NoteFailure(unsigned number);
-  bool Lost() const { return m_lost; }
+
+  // Throws the failure that the client library reported. Once a session stands, every way in which the link
+  // may break is the same loss, and the connection stays lost.
+  [[noreturn]] void Throw(unsigned number, const char* text);
+  bool Lost() const { return m_lost; }  // found gone, and not closed since
   void Close();
 
   CallState& Calls() { return m_calls; }
@@ -77,12 +80,13 @@ class Connection {
   void Open(Purpose purpose);
   bool InTransaction() const { return (m_mysql->server_status & SERVER_STATUS_IN_TRANS) != 0; }
   void Send(std::string_view text);
-  [[noreturn]] void Fail();
+  [[noreturn]] void Fail() { Throw(mysql_errno(m_mysql), mysql_error(m_mysql)); }
 
   const ConnectTarget m_target;
   const Credentials m_credentials;
   MYSQL* m_mysql;
   unsigned long m_id = 0;
+  bool m_established = false;
   bool m_uncommitted = false;
   std::atomic<bool> m_lost{false};  // asked for by other handles too
   CallState m_calls;

@@ -20,6 +20,19 @@ std::size_t Find(std::string_view text, std::string_view wanted) {
   return static_cast<std::size_t>(std::ranges::search(text, wanted, SameLetter).begin() - text.begin());
 }
 
+bool IsNameByte(unsigned char c) { return std::isalnum(c) || c == '_' || c == '$' || c == '#'; }
+
+// The name where it stands alone.
+std::size_t FindName(std::string_view text, std::string_view name) {
+  for (std::size_t at = Find(text, name); !name.empty() && at < text.size();
+       at += 1 + Find(text.substr(at + 1), name)) {
+    const bool starts = at == 0 || !IsNameByte(text[at - 1]);
+    const bool ends = at + name.size() >= text.size() || !IsNameByte(text[at + name.size()]);
+    if (starts && ends) return at;
+  }
+  return text.size();
+}
+
 // What the server shows is its own text: placeholders are question marks there.
 std::size_t FindShown(std::string_view statement, std::string_view shown) {
   if (shown.empty()) return statement.size();
@@ -34,7 +47,7 @@ ub2 ParseErrorOffset(std::string_view statement, const ServerFailure& failure) {
   if (failure.Number() == ER_PARSE_ERROR)
     offset = FindShown(statement, sql::Between(failure.Text(), "near '", "' at line"));
   else if (failure.Number() == ER_BAD_FIELD_ERROR || failure.Number() == ER_NO_SUCH_TABLE)
-    offset = Find(statement, sql::LastName(sql::Quoted(failure.Text(), 0)));
+    offset = FindName(statement, sql::LastName(sql::Quoted(failure.Text(), 0)));
   if (offset >= statement.size()) return 0;
   return static_cast<ub2>(std::min<std::size_t>(offset, std::numeric_limits<ub2>::max()));
 }

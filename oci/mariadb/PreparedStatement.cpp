@@ -3,8 +3,6 @@
 
 #include <new>
 
-#include "oci/mariadb/ServerFailure.h"
-
 namespace ocimaria {
 
 PreparedStatement::PreparedStatement(std::shared_ptr<Connection> connection, std::string text,
@@ -53,9 +51,7 @@ bool PreparedStatement::Fetch(MYSQL_BIND* results) {
 }
 
 void PreparedStatement::Fail() {
-  const ServerFailure failure(mysql_stmt_errno(m_statement), mysql_stmt_error(m_statement));
-  m_connection->NoteFailure(failure.Number());
-  throw failure;
+  m_connection->Throw(mysql_stmt_errno(m_statement), mysql_stmt_error(m_statement));
 }
 
 }  // namespace ocimaria

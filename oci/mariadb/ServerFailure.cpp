@@ -6,16 +6,23 @@
 
 namespace ocimaria {
 
-bool ServerFailure::LostConnection() const {
+bool ServerFailure::BrokenLink() const {
   switch (m_number) {
     case CR_SERVER_GONE_ERROR:
     case CR_SERVER_LOST:
-    case ER_CONNECTION_KILLED:
-    case ER_SERVER_SHUTDOWN:
+    case CR_SERVER_LOST_EXTENDED:
+    case CR_SSL_CONNECTION_ERROR:  // how a link with TLS breaks
+    case CR_MALFORMED_PACKET:
+    case CR_ERR_NET_READ:
+    case CR_ERR_NET_WRITE:
       return true;
     default:
       return false;
   }
+}
+
+bool ServerFailure::LostConnection() const {
+  return BrokenLink() || m_number == ER_CONNECTION_KILLED || m_number == ER_SERVER_SHUTDOWN;
 }
 
 bool ServerFailure::Interrupted() const {

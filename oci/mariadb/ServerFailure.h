@@ -20,7 +20,8 @@ class ServerFailure : public std::exception {
   const std::string& Text() const { return m_text; }
   const char* what() const noexcept override { return m_text.c_str(); }
 
-  bool LostConnection() const;         // the session is gone
+  bool BrokenLink() const;             // the client library cannot talk to the server any more
+  bool LostConnection() const;         // the session is gone: a broken link, or the server said so
   bool Interrupted() const;            // KILL QUERY, or the server's own time limit
   bool RolledBackTransaction() const;  // the server undid more than the statement
   bool MissingSavepoint() const;
