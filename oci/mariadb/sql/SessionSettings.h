@@ -2,18 +2,13 @@
 // What a session must be set to so that rewritten text means what its Oracle original meant.
 #pragma once
 
-#include <array>
-#include <string_view>
-
 namespace ocimaria::sql {
 
-// ORACLE for the dialect; strict, so that a value that does not fit is an error and not cut; '' is NULL; CHAR
-// columns come blank-padded; a backslash in a text is a backslash.
-inline constexpr std::array<std::string_view, 2> kSessionSettings{
-    "SET SESSION sql_mode='ORACLE,STRICT_ALL_TABLES,ERROR_FOR_DIVISION_BY_ZERO,EMPTY_STRING_IS_NULL,"
-    "PAD_CHAR_TO_FULL_LENGTH,NO_BACKSLASH_ESCAPES'",
-    // Texts compare by their bytes, trailing blanks included.
-    "SET NAMES utf8mb4 COLLATE utf8mb4_nopad_bin",
-};
+// What stands behind SET; more settings may follow it, a comma between. Texts compare by their bytes,
+// trailing blanks included. The mode is ORACLE for the dialect; strict, so that a value that does not fit is
+// an error and not cut; '' is NULL; CHAR columns come blank-padded; a backslash in a text is a backslash.
+inline constexpr char kSessionSettings[] =
+    "NAMES utf8mb4 COLLATE utf8mb4_nopad_bin, sql_mode='ORACLE,STRICT_ALL_TABLES,ERROR_FOR_DIVISION_BY_ZERO,"
+    "EMPTY_STRING_IS_NULL,PAD_CHAR_TO_FULL_LENGTH,NO_BACKSLASH_ESCAPES'";
 
 }  // namespace ocimaria::sql

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/sql/Spelling.h"
 
+#include <string>
+#include <string_view>
+
 #include "oci/mariadb/sql/TextCase.h"
 #include "oci/mariadb/sql/Unimplemented.h"
 
@@ -12,6 +15,13 @@ void RefuseWord(const PieceList& pieces, std::size_t i) {
   if (pieces.IsWord(i, "NULLS") && pieces.IsAnyWord(i + 1, {"FIRST", "LAST"})) {
     throw Unimplemented("NULLS FIRST and NULLS LAST");
   }
+}
+
+// Marks that Oracle's language has not; to the server some of them have a meaning.
+void RefuseForeignMark(std::string_view mark) {
+  constexpr std::string_view kForeign = "?`\\{}[]~&!";
+  if (mark.size() == 1 && kForeign.find(mark.front()) != kForeign.npos) throw OraError(911);
+  if (mark == "@") throw Unimplemented("a database link");
 }
 
 void RefuseOuterJoin(const PieceList& pieces, std::size_t i) {
@@ -38,6 +48,7 @@ void RewritePiece(PieceList& pieces, std::size_t i) {
       if (text.find('#') != text.npos) pieces.Replace(i, "\"" + UpperCase(text) + "\"");
       break;
     case TokenKind::kSymbol:
+      RefuseForeignMark(text);
       RefuseOuterJoin(pieces, i);
       if (text == "^=") pieces.Replace(i, "!=");
       break;

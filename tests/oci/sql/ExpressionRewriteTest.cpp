@@ -32,6 +32,15 @@ TEST(Spelling, WritesNotEqualAsTheServerDoes) {
   EXPECT_EQ(Text("SELECT 1 FROM T WHERE A ^= 1"), "SELECT 1 FROM T WHERE A != 1");
 }
 
+TEST(Spelling, RefusesMarksThatOraclesLanguageHasNot) {
+  for (const std::string mark : {"?", "`", "\\", "{", "]", "~", "&", "!"}) {
+    EXPECT_EQ(ErrorOf("SELECT 1 " + mark + " 2 FROM DUAL"), 911) << mark;
+    EXPECT_EQ(ErrorOf("SELECT '" + mark + "' FROM DUAL"), 0) << mark;
+  }
+  EXPECT_EQ(ErrorOf("SELECT 1 FROM T@LINK"), 3001);
+  EXPECT_EQ(ErrorOf("SELECT 1 FROM T WHERE A != 1"), 0);
+}
+
 TEST(Spelling, RefusesWhatTheServersGrammarHasNot) {
   EXPECT_EQ(ErrorOf("SELECT 1 FROM T, U WHERE T.A = U.A (+)"), 3001);
   EXPECT_EQ(ErrorOf("SELECT LEVEL FROM DUAL CONNECT BY LEVEL < 3"), 3001);

@@ -19,7 +19,7 @@ ServerSession::ServerSession()
                           m_schema.c_str(), 0, m_server.SocketPath().c_str(), CLIENT_FOUND_ROWS)) {
     throw std::runtime_error(mysql_error(m_connection.get()));
   }
-  for (const std::string_view setting : kSessionSettings) RunAsItIs(setting);
+  RunAsItIs(std::string("SET ") + kSessionSettings);
 }
 
 std::vector<Row> ServerSession::Run(std::string_view oracle_sql, const std::vector<std::string>& values) {
