@@ -14,5 +14,5 @@ test: build
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan
-format:
+format:  # needs the package clang-format, which nothing else does
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
