@@ -8,7 +8,6 @@
 
 namespace {
 
-using scripted::ColumnSpec;
 using scripted::Oci;
 using scripted::OraFault;
 using testing::AllOf;
