@@ -2,14 +2,15 @@
 # The two commands: `make run` and `make test`. Everything else is CMake: see CMakePresets.json.
 PRESET ?= release
 
-.PHONY: run test build sanitize format
-build:
+.PHONY: run test prepare sanitize format
+prepare:
 	scripts/install-packages
 	cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
-	cmake --build --preset $(PRESET)
-run: build
+run: prepare
+	cmake --build --preset $(PRESET) --target lkbench
 	build/$(PRESET)/bin/lkbench run --target local:build/rundb
-test: build
+test: prepare
+	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 sanitize:
 	$(MAKE) test PRESET=asan
