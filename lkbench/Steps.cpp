@@ -32,6 +32,7 @@ class Step {
         const CallBreaker::Scope breakable(m_breaker, share.user->Driver());
         for (const auto& xact : share.xacts) Call(share, phase, *xact);
       }
+      if (m_cancel.IsSet()) share.user->RollBack();  // its locks would stop whoever drops the backups
       m_barrier.Arrive();
     }
     for (const auto& xact : share.xacts) Call(share, kEnd, *xact);

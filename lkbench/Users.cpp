@@ -42,6 +42,11 @@ std::vector<std::vector<std::string>> VirtualUser::Query(const std::string& sql)
   return texts;
 }
 
+void VirtualUser::RollBack() {
+  const UserErrors::Catch caught(m_errors);
+  m_driver->Rollback();
+}
+
 bool VirtualUser::LostSession() const {
   // Session killed, not logged on, shutdown, end of file on the channel, not connected, lost contact, TNS.
   static constexpr std::array kLost = {28, 1012, 1089, 3113, 3114, 3135, 12537, 12541, 12547, 12571};

@@ -36,6 +36,9 @@ class VirtualUser {
   void Run(const std::string& sql);
   std::vector<std::vector<std::string>> Query(const std::string& sql);
 
+  // Ends what a failed or broken call left open; its own failure says nothing new.
+  void RollBack();
+
   // Whether the database's last error means that the session is gone.
   bool LostSession() const;
 

@@ -97,7 +97,7 @@ Execution RunOnce(VirtualUser& user, CXact& xact) {
   execution.done = Guarded(user, name, [&] { return xact.Execute(); }) > 0;
   if (execution.done) execution.done = user.Driver().Commit() != 0;
   execution.latency = Nanoseconds(std::chrono::steady_clock::now() - begin);
-  if (!execution.done) user.Driver().Rollback();
+  if (!execution.done) user.RollBack();
   NoteDatabaseTime(execution, xact.GetTimer());
   Guarded(user, name, [&] { return xact.PostExecute() + xact.PostIteration(); });
   return execution;

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+
+#include "lkbench/ColumnTypes.h"
+#include "lkbench/Failure.h"
+#include "lkbench/JobFile.h"
+#include "lkbench/JobKeys.h"
+
+namespace lkbench {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+Job Read(const std::string& text) {
+  Job job;
+  ReadJobText(job, text, "job.toml");
+  return job;
+}
+
+// The one line that a text is refused with.
+std::string Refusal(const std::string& text) {
+  try {
+    Read(text);
+  } catch (const UsageError& error) {
+    return error.what();
+  }
+  return "not refused";
+}
+
+std::string CheckRefusal(const Job& job, bool builds = true) {
+  try {
+    CheckJob(job, builds);
+  } catch (const UsageError& error) {
+    return error.what();
+  }
+  return "not refused";
+}
+
+TEST(JobFile, AnEmptyFileIsTheDefaults) {
+  const Job job = Read("");
+  EXPECT_EQ(job.users, 2);
+  EXPECT_EQ(job.tables, 4);
+  EXPECT_EQ(job.scale, 1);
+  EXPECT_EQ(job.duration, std::chrono::seconds(10));
+  EXPECT_EQ(job.column_types.size(), 6u);
+}
+
+TEST(JobFile, EveryKeyIsRead) {
+  const Job job = Read(R"toml(
+target = "mariadb://u@h/s"
+password = "env:PW"
+users = 8
+duration = "90s"
+scale = 2.5
+tables = 7
+first_table = 3
+min_columns = 1
+max_columns = 4
+column_types = [ { type = "NUMBER(5)", weight = 2, nullable = true }, "DATE:3" ]
+distribution = "poisson"
+use_backup = true
+rows_per_commit = 100
+mix = { insert = 1, delete = 2 }
+seed = 9
+log_level = "debug"
+json = "a.json"
+plugin = "p.so"
+oci = "o.so"
+)toml");
+  EXPECT_EQ(job.target, "mariadb://u@h/s");
+  EXPECT_EQ(job.password, "env:PW");
+  EXPECT_EQ(job.users, 8);
+  EXPECT_EQ(job.duration, std::chrono::seconds(90));
+  EXPECT_EQ(job.scale, 2.5);
+  EXPECT_EQ(job.tables, 7);
+  EXPECT_EQ(job.first_table, 3);
+  EXPECT_EQ(job.min_columns, 1);
+  EXPECT_EQ(job.max_columns, 4);
+  ASSERT_EQ(job.column_types.size(), 2u);
+  EXPECT_EQ(job.column_types[0].type, "NUMBER(5)");
+  EXPECT_EQ(job.column_types[0].weight, 2);
+  EXPECT_TRUE(job.column_types[0].nullable);
+  EXPECT_EQ(job.column_types[1].weight, 3);
+  EXPECT_FALSE(job.column_types[1].nullable);
+  EXPECT_EQ(job.distribution, 5);
+  EXPECT_TRUE(job.use_backup);
+  EXPECT_EQ(job.rows_per_commit, 100);
+  EXPECT_EQ(job.mix.insert, 1);
+  EXPECT_EQ(job.mix.update, 0);
+  EXPECT_EQ(job.mix.remove, 2);
+  EXPECT_EQ(job.seed, 9u);
+  EXPECT_EQ(job.log_level, LogLevel::kDebug);
+  EXPECT_EQ(job.json, "a.json");
+  EXPECT_EQ(job.plugin, "p.so");
+  EXPECT_EQ(job.oci, "o.so");
+  EXPECT_EQ(job.origins.size(), JobKeys().size());
+}
+
+TEST(JobFile, TheExampleHoldsTheDefaults) {
+  Job job;
+  ReadJobFile(job, LKBENCH_JOB_EXAMPLE);
+  const Job defaults;
+  EXPECT_EQ(job.users, defaults.users);
+  EXPECT_EQ(job.duration, defaults.duration);
+  EXPECT_EQ(job.scale, defaults.scale);
+  EXPECT_EQ(job.tables, defaults.tables);
+  EXPECT_EQ(job.min_columns, defaults.min_columns);
+  EXPECT_EQ(job.max_columns, defaults.max_columns);
+  EXPECT_EQ(job.distribution, defaults.distribution);
+  EXPECT_EQ(job.rows_per_commit, defaults.rows_per_commit);
+  EXPECT_EQ(job.seed, defaults.seed);
+  ASSERT_EQ(job.column_types.size(), defaults.column_types.size());
+  for (size_t i = 0; i < defaults.column_types.size(); ++i) {
+    EXPECT_EQ(job.column_types[i].type, defaults.column_types[i].type);
+    EXPECT_EQ(job.column_types[i].weight, defaults.column_types[i].weight);
+    EXPECT_EQ(job.column_types[i].nullable, defaults.column_types[i].nullable);
+  }
+}
+
+TEST(JobFile, AnUnknownKeyIsNamedWithItsLineAndTheNearestKey) {
+  EXPECT_EQ(Refusal("scale = 1\nuser = 3\n"), "job.toml:2: unknown key \"user\": did you mean \"users\"?");
+}
+
+TEST(JobFile, AnUnknownKeyWithinAValueIsNamedToo) {
+  EXPECT_THAT(Refusal("mix = { inserts = 3 }"),
+              AllOf(StartsWith("job.toml:1: "), HasSubstr("did you mean \"insert\"?")));
+  EXPECT_THAT(Refusal("column_types = [\n { type = \"DATE\", wight = 3 } ]"),
+              AllOf(StartsWith("job.toml:2: "), HasSubstr("did you mean \"weight\"?")));
+}
+
+TEST(JobFile, AWrongTypeIsRefusedWithWhatIsAllowed) {
+  EXPECT_EQ(Refusal("users = \"two\""),
+            "job.toml:1: users cannot be \"two\": a whole number from 1 to 1000 is needed");
+  EXPECT_THAT(Refusal("users = 2.5"), HasSubstr("cannot be 2.5"));
+  EXPECT_THAT(Refusal("use_backup = 1"), HasSubstr("true or false is needed"));
+  EXPECT_THAT(Refusal("target = 5"), HasSubstr("a text is needed"));
+  EXPECT_THAT(Refusal("mix = 3"), HasSubstr("a table of weights is needed"));
+  EXPECT_THAT(Refusal("column_types = \"NUMBER\""), HasSubstr("a list of column types is needed"));
+  EXPECT_THAT(Refusal("duration = 1979-05-27"), HasSubstr("date or time"));
+}
+
+TEST(JobFile, AValueOutOfRangeIsRefused) {
+  for (const char* text : {"users = 0",
+                           "users = -1",
+                           "users = 1001",
+                           "scale = -1",
+                           "scale = nan",
+                           "scale = inf",
+                           "tables = 0",
+                           "rows_per_commit = 0",
+                           "rows_per_commit = 1001",
+                           "duration = \"0s\"",
+                           "min_columns = 0",
+                           "max_columns = 1000",
+                           "seed = -1",
+                           "distribution = \"gauss\"",
+                           "log_level = \"loud\"",
+                           "mix = { insert = -1 }",
+                           "mix = { insert = 0, update = 0 }",
+                           "mix = {}",
+                           "column_types = []",
+                           "column_types = [ \"NUMBER:0\" ]",
+                           "target = \"\""})
+    EXPECT_THAT(Refusal(text), StartsWith("job.toml:1: ")) << text;
+}
+
+TEST(JobFile, ASyntaxErrorIsOneLineWithItsPlace) {
+  const std::string line = Refusal("users = 2\nscale = = 1\n");
+  EXPECT_THAT(line, StartsWith("job.toml:2: "));
+  EXPECT_EQ(line.find('\n'), std::string::npos);
+}
+
+TEST(JobFile, AMissingFileIsNamed) {
+  Job job;
+  try {
+    ReadJobFile(job, "/nowhere/job.toml");
+    FAIL() << "not refused";
+  } catch (const UsageError& error) {
+    EXPECT_STREQ(error.what(), "job file /nowhere/job.toml cannot be read: No such file or directory");
+  }
+}
+
+TEST(JobFile, APasswordIsNeverTakenNorRepeated) {
+  const std::string line = Refusal("password = \"secret\"");
+  EXPECT_THAT(line, HasSubstr("use env:NAME, file:PATH or prompt"));
+  EXPECT_EQ(line.find("secret"), std::string::npos);
+}
+
+TEST(Job, AMinimumAboveTheMaximumIsRefused) {
+  EXPECT_THAT(CheckRefusal(Read("min_columns = 9\nmax_columns = 8")),
+              StartsWith("job.toml:1: min_columns is 9"));
+  EXPECT_THAT(CheckRefusal(Read("max_columns = 4")), StartsWith("job.toml:1: min_columns is 5"));
+  EXPECT_EQ(CheckRefusal(Read("min_columns = 8\nmax_columns = 8")), "not refused");
+}
+
+TEST(Job, AScaleOfZeroIsForVerbsThatBuildNothing) {
+  EXPECT_THAT(CheckRefusal(Read("scale = 0"), true), HasSubstr("scale is 0"));
+  EXPECT_EQ(CheckRefusal(Read("scale = 0"), false), "not refused");
+}
+
+TEST(Job, AFirstTableBehindTheLastIsRefused) {
+  EXPECT_THAT(CheckRefusal(Read("first_table = 5\ntables = 4")), HasSubstr("first_table is 5"));
+}
+
+TEST(Job, RowsAreAThousandPerUnitOfScaleTruncated) {
+  EXPECT_EQ(RowsAtScale(1.5), 1500);
+  EXPECT_EQ(RowsAtScale(0.0019), 1);
+}
+
+TEST(ColumnTypes, WhatTheLoaderBindsIsAllowed) {
+  for (const char* type : {"NUMBER",
+                           "NUMBER(10)",
+                           "NUMBER(10,2)",
+                           "number(7,-2)",
+                           "NUMBER(*,2)",
+                           "NUMERIC(5)",
+                           "DECIMAL(5,1)",
+                           "INTEGER",
+                           "INT",
+                           "SMALLINT",
+                           "FLOAT",
+                           "FLOAT(126)",
+                           "REAL",
+                           "DOUBLE PRECISION",
+                           "VARCHAR2(20)",
+                           "VARCHAR2(20 CHAR)",
+                           "varchar2 (20 byte)",
+                           "VARCHAR(5)",
+                           "CHAR",
+                           "CHAR(3)",
+                           "DATE",
+                           "TIMESTAMP",
+                           "TIMESTAMP(3)",
+                           "LONG"})
+    EXPECT_EQ(ColumnTypeProblem(type), "") << type;
+}
+
+TEST(ColumnTypes, WhatTheLoaderCannotBindIsRefusedByName) {
+  for (const char* type :
+       {"BLOB", "CLOB", "RAW(10)", "BINARY_DOUBLE", "BINARY_FLOAT", "TIMESTAMP WITH TIME ZONE",
+        "TIMESTAMP(3) WITH TIME ZONE", "INTERVAL YEAR TO MONTH", "LONG RAW", "ROWID", "XMLTYPE", "NUMBR"})
+    EXPECT_THAT(ColumnTypeProblem(type),
+                StartsWith("column type \"" + std::string(type) + "\" cannot be loaded"))
+        << type;
+}
+
+TEST(ColumnTypes, AnythingBehindTheTypeIsRefused) {
+  for (const char* type :
+       {"VARCHAR2(10) DEFAULT 'a'", "NUMBER(5) NOT NULL", "NUMBER(3", "VARCHAR2(5%)", "DATE'", "NUMBER;"})
+    EXPECT_NE(ColumnTypeProblem(type), "") << type;
+}
+
+TEST(ColumnTypes, LengthsAndPrecisionsHaveLimits) {
+  for (const char* type : {"VARCHAR2", "VARCHAR2()", "VARCHAR2(0)", "VARCHAR2(4001)", "NUMBER(39)",
+                           "NUMBER(0)", "NUMBER(5,128)", "NUMBER(5,2,1)", "CHAR(2001)", "TIMESTAMP(10)",
+                           "DATE(3)", "FLOAT(127)", "NUMBER(5 CHAR)", "NUMBER(a)"})
+    EXPECT_NE(ColumnTypeProblem(type), "") << type;
+}
+
+}  // namespace
+}  // namespace lkbench

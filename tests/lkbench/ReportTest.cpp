@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/Report.h"
+
+#include <gmock/gmock.h>
+
+namespace lkbench {
+namespace {
+
+using testing::HasSubstr;
+
+Execution Done(std::uint64_t latency, std::uint64_t database) { return {true, 1, latency, database, true}; }
+
+WorkloadResult TwoTransactions() {
+  WorkloadResult result;
+  result.elapsed = 2'000'000'000;
+  result.users = 2;
+  result.total.name = "total";
+  for (const char* name : {"Insert", "Delete"}) {
+    XactStats stats;
+    stats.Record(Done(4'000'000, 1'000'000));
+    stats.Record(Execution{});
+    XactTotals totals;
+    totals.name = name;
+    totals.Add(stats);
+    result.total.Add(totals);
+    result.xacts.push_back(totals);
+  }
+  return result;
+}
+
+TEST(Report, TheTableHasCountsRatesAndTimesOfEachTransactionAndTheTotal) {
+  const std::string table = WorkloadTable(TwoTransactions());
+  EXPECT_THAT(table, HasSubstr("transaction (times in ms)  executions  failures  rows  per s   mean    p50   "
+                               " p95    p99    max\n"));
+  EXPECT_THAT(table, HasSubstr("Insert                              2         1     1    1.0  4.000  4.000  "
+                               "4.000  4.000  4.000\n"));
+  EXPECT_THAT(table, HasSubstr("total                               4         2     2    2.0  4.000"));
+  EXPECT_THAT(table, HasSubstr("  database part                                               1.000"));
+}
+
+TEST(Report, AnIntervalLineTellsOfItsOwnInterval) {
+  WorkloadResult so_far = TwoTransactions();
+  so_far.elapsed = 1'000'000'000;
+  IntervalReport report;
+  EXPECT_EQ(report.Line(so_far), "   1 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
+  XactStats more;
+  for (int i = 0; i < 5; ++i) more.Record(Done(1'000'000, 1));
+  so_far.total.Add(more);
+  so_far.elapsed = 2'000'000'000;
+  EXPECT_THAT(report.Line(so_far), HasSubstr("5.0 tx/s  failures 0  p50 1.00"));
+}
+
+TEST(Report, OnlyProblemsThatCameAgainAreRepeatedAtTheEnd) {
+  EXPECT_EQ(ProblemTable({{ERROR_LEVEL, "1", "once", 1}, {ERROR_LEVEL, "942", "again", 1500}}),
+            "1,500 times: again");
+  EXPECT_EQ(ProblemTable({}), "");
+}
+
+TEST(Report, FewExecutionsAndLostUsersRaiseDoubts) {
+  WorkloadResult result = TwoTransactions();
+  result.lost_users = 1;
+  const std::vector<std::string> doubts = Doubts(result);
+  EXPECT_THAT(doubts, testing::Contains(HasSubstr("1 user of 2 lost the session")));
+  EXPECT_THAT(doubts, testing::Contains(HasSubstr("Insert: p99 of fewer than 100")));
+}
+
+TEST(ErrorLog, EqualProblemsAreOneLineWithACount) {
+  Console console;
+  ErrorLog log(console);
+  for (int i = 0; i < 1000; ++i) log.Report(ERROR_LEVEL, "1", "unique constraint violated");
+  log.Report(WARNING_LEVEL, "1", "unique constraint violated");
+  ASSERT_EQ(log.Lines().size(), 2u);
+  EXPECT_EQ(log.Lines()[0].count, 1000u);
+  EXPECT_EQ(log.Problems(), 1001u);
+}
+
+TEST(ErrorLog, InformationIsNoProblem) {
+  Console console;
+  console.SetLevel(LogLevel::kWarning);
+  ErrorLog log(console);
+  log.Report(INFO_LEVEL, "0", "Started loading table T.");
+  EXPECT_EQ(log.Problems(), 0u);
+}
+
+TEST(ErrorLog, ManyDifferentProblemsShareTheLastLine) {
+  Console console;
+  ErrorLog log(console);
+  testing::internal::CaptureStderr();
+  for (size_t i = 0; i < ErrorLog::kMostLines + 500; ++i)
+    log.Report(ERROR_LEVEL, "1", "problem " + std::to_string(i));
+  testing::internal::GetCapturedStderr();
+  ASSERT_EQ(log.Lines().size(), ErrorLog::kMostLines);
+  EXPECT_EQ(log.Lines().back().text, "other problems");
+  EXPECT_EQ(log.Lines().back().count, 501u);
+}
+
+TEST(ErrorLog, WhatAUserReportsWhileCaughtIsKeptBack) {
+  Console console;
+  ErrorLog log(console);
+  UserErrors errors(log);
+  {
+    const UserErrors::Catch caught(errors);
+    errors.HandleErrorMsg(L"first", 0);
+    errors.HandleWarningMsg(L"second", 0);
+    EXPECT_EQ(caught.Text(), "first; second");
+  }
+  EXPECT_EQ(log.Problems(), 0u);
+  testing::internal::CaptureStderr();
+  errors.HandleErrorMsg(L"third", 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "lkbench: error: third\n");
+}
+
+}  // namespace
+}  // namespace lkbench

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace lkbench {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::nanoseconds;
+
+nanoseconds DurationOf(const char* text) {
+  nanoseconds duration{-1};
+  return ParseDuration(text, duration) ? duration : nanoseconds(-1);
+}
+
+TEST(Text, ThousandsAreGrouped) {
+  EXPECT_EQ(Grouped(0), "0");
+  EXPECT_EQ(Grouped(999), "999");
+  EXPECT_EQ(Grouped(1000), "1,000");
+  EXPECT_EQ(Grouped(1234567), "1,234,567");
+}
+
+TEST(Text, MillisecondsKeepThreeSignificantDigits) {
+  EXPECT_EQ(Milliseconds(1'234'567), "1.235");
+  EXPECT_EQ(Milliseconds(12'345'678), "12.35");
+  EXPECT_EQ(Milliseconds(123'456'789), "123.5");
+  EXPECT_EQ(Milliseconds(1'234'567'890), "1235");
+}
+
+TEST(Text, AShortNumberReadsBackAsItself) {
+  for (const double value : {1.5, 0.1, 1.0 / 3, 1e9}) {
+    double back = 0;
+    ASSERT_TRUE(ParseReal(Short(value), back));
+    EXPECT_EQ(back, value);
+  }
+}
+
+TEST(Text, SeveralLinesBecomeOne) {
+  EXPECT_EQ(OneLine("first\nsecond\n"), "first: second");
+  EXPECT_EQ(OneLine("first:\r\nsecond"), "first: second");
+  EXPECT_EQ(OneLine("\n"), "");
+}
+
+TEST(Text, DurationsHaveUnits) {
+  EXPECT_EQ(DurationOf("500ms"), milliseconds(500));
+  EXPECT_EQ(DurationOf("1.5s"), milliseconds(1500));
+  EXPECT_EQ(DurationOf("5m"), minutes(5));
+  EXPECT_EQ(DurationOf("2h"), minutes(120));
+  EXPECT_EQ(DurationOf("3"), milliseconds(3000));
+}
+
+TEST(Text, WhatIsNoDurationIsRefused) {
+  for (const char* text : {"", "s", "-1s", "ten", "1 s", "nan", "inf", "1e300h", "5x"})
+    EXPECT_EQ(DurationOf(text), nanoseconds(-1)) << text;
+}
+
+TEST(Text, TheNearestNameIsFoundWhateverItsCase) {
+  const std::vector<std::string> names = {"users", "scale", "tables"};
+  EXPECT_EQ(Nearest("user", names), "users");
+  EXPECT_EQ(Nearest("SCLAE", names), "scale");
+  EXPECT_EQ(Nearest("table", names), "tables");
+}
+
+TEST(Text, ANameThatIsLikeNoneHasNoNearest) {
+  EXPECT_EQ(Nearest("colour", {"users", "scale"}), "");
+  EXPECT_EQ(Nearest("", {"mix"}), "");
+  EXPECT_EQ(DidYouMean("colour", {"users"}), "");
+  EXPECT_EQ(DidYouMean("user", {"users"}), ": did you mean \"users\"?");
+}
+
+TEST(Text, HostTextIsUtf8) { EXPECT_EQ(ToHost("Größe €").ToChar(), "Größe €"); }
+
+}  // namespace
+}  // namespace lkbench
