@@ -6,6 +6,7 @@
 
 #include "oci/mariadb/Library.h"
 #include "oci/mariadb/ServerFailure.h"
+#include "oci/mariadb/sql/SessionSettings.h"
 
 namespace ocimaria {
 namespace {
@@ -13,11 +14,8 @@ namespace {
 // One statement, one round trip. A row lock is waited for as long as in Oracle, where there is no limit (an
 // interrupt ends the wait); a metadata lock for ten seconds, because a DDL that has to wait fails at once
 // there.
-constexpr char kSessionSetup[] =
-    "SET NAMES utf8mb4 COLLATE utf8mb4_nopad_bin, "
-    "sql_mode='ORACLE,STRICT_ALL_TABLES,ERROR_FOR_DIVISION_BY_ZERO,EMPTY_STRING_IS_NULL,"
-    "PAD_CHAR_TO_FULL_LENGTH', "
-    "tx_isolation='READ-COMMITTED', autocommit=0, lock_wait_timeout=10, innodb_lock_wait_timeout=1000000";
+constexpr char kTransactionSettings[] =
+    ", tx_isolation='READ-COMMITTED', autocommit=0, lock_wait_timeout=10, innodb_lock_wait_timeout=1000000";
 
 constexpr unsigned kControlTimeout = 5;  // seconds: an interrupted call waits for its kill to be answered
 
@@ -81,7 +79,7 @@ void Connection::Open(Purpose purpose) {
     throw OraError::WithText(29024, "Certificate validation failure (" + m_target.ServerName() +
                                         " offers no TLS and a connection in plain text is refused)");
   m_id = mysql_thread_id(m_mysql);
-  if (purpose == Purpose::kSession) Run(kSessionSetup);
+  if (purpose == Purpose::kSession) Run(std::string("SET ") + sql::kSessionSettings + kTransactionSettings);
   m_established = true;
 }
 
@@ -146,6 +144,10 @@ void Connection::Ping() {
 void Connection::ReleaseReadLocks() {
   Native();
   if (!m_uncommitted && InTransaction()) Run("COMMIT");
+}
+
+void Connection::ReleaseReadLocksAfterFailure() {
+  if (!m_uncommitted && !m_lost) Run("ROLLBACK");
 }
 
 std::string Connection::Literal(std::string_view text) {

@@ -56,6 +56,8 @@ class Connection {
 
   // Ends a transaction that has only read, so that no metadata lock outlives the read.
   void ReleaseReadLocks();
+  // The same after a read that failed: the server does not say then whether a transaction is open.
+  void ReleaseReadLocksAfterFailure();
 
   // Text in quotes, fit to stand in a statement.
   std::string Literal(std::string_view text);

@@ -38,6 +38,7 @@ sword ExecuteByKind(StatementHandle& statement, const ExecuteRequest& request, E
     ExecuteBlock(statement, request);
     return OCI_SUCCESS;
   }
+  if (sql.is_ddl && !sql.placeholders.empty()) throw OraError(1027);
   if (!sql.placeholders.empty()) return ExecuteBound(statement, request, error);
   ExecuteText(statement, request);
   return OCI_SUCCESS;

@@ -34,17 +34,24 @@ void PadCharacters(StatementHandle& statement) {
     if (columns[i].type.data_type == SQLT_AFC) statement.rows->PadTo(i, columns[i].type.char_size);
 }
 
-void RunQuery(StatementHandle& statement) {
-  Connection& connection = statement.Session();
+void Send(StatementHandle& statement) {
   statement.rows.reset();
   PreparedStatement& prepared = statement.Prepared();
   ParameterBatch parameters(statement.ParameterColumns());
   parameters.Fill(0, 1);
   if (parameters.Problem()) throw parameters.Problem()->error;
-  {
-    InterruptibleWindow window(connection.Calls());
-    prepared.Execute(parameters.Single(0), 0);
-    statement.rows = std::make_unique<ResultRows>(prepared);
+  InterruptibleWindow window(statement.Session().Calls());
+  prepared.Execute(parameters.Single(0), 0);
+  statement.rows = std::make_unique<ResultRows>(prepared);
+}
+
+void RunQuery(StatementHandle& statement) {
+  Connection& connection = statement.Session();
+  try {
+    Send(statement);
+  } catch (const ServerFailure&) {
+    connection.ReleaseReadLocksAfterFailure();
+    throw;
   }
   if (statement.Sql().locks_rows) connection.NoteWork();
   if (!statement.Sql().draws_sequence) connection.ReleaseReadLocks();

@@ -17,8 +17,7 @@ OraError CurrentException() {
   } catch (const std::bad_alloc&) {
     return OraError(4031, {"some"});
   } catch (const std::exception& unexpected) {
-    return OraError::WithText(600,
-                              std::string("internal error code, arguments: [") + unexpected.what() + "]");
+    return OraError(600, {unexpected.what()});
   }
 }
 

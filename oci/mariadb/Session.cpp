@@ -10,7 +10,7 @@ namespace ocimaria {
 void ServerHandle::Attach(std::string_view connect_string) {
   auto target = ParseConnectString(connect_string);
   std::lock_guard lock(m_mutex);
-  if (m_target) throw OraError::WithText(24309, "already connected to a server");
+  if (m_target) throw OraError(24309);
   m_target = std::move(target);
   m_connections.clear();
 }

@@ -366,6 +366,18 @@ TEST_P(Transactions, ADdlHasNoRowCount) {
   EXPECT_EQ(create.RowCount(), 0u);
 }
 
+TEST_P(Transactions, ADdlTakesNoBinds) {
+  Statement create(client, "CREATE TABLE T_TX_BIND AS SELECT :1 AS A FROM DUAL");
+  double value = 1;
+  create.Bind(1, &value, 8, SQLT_FLT);
+  EXPECT_EQ(create.Execute(), OCI_ERROR);
+  EXPECT_EQ(client.Code(), 1027);
+}
+
+TEST_P(Transactions, ALiteralKeepsItsBackslash) {
+  EXPECT_EQ(Value(client, "SELECT 'a\\n' FROM DUAL"), "a\\n");
+}
+
 TEST_P(Transactions, OthersSeeWorkOnceItIsCommitted) {
   Table("T_TX", "ID NUMBER");
   const auto other = Another();
@@ -384,6 +396,15 @@ TEST_P(Transactions, CommitAndRollbackSucceedWithNothingOpen) {
 TEST_P(Transactions, ASessionThatOnlyReadBlocksNoDdl) {
   Table("T_TX", "ID NUMBER");
   EXPECT_EQ(Value(client, "SELECT COUNT(*) FROM T_TX"), "0");
+  EXPECT_EQ(Exec(*Another(), "DROP TABLE T_TX"), OCI_SUCCESS);
+}
+
+TEST_P(Transactions, AReadThatFailsBlocksNoDdl) {
+  Table("T_TX", "ID NUMBER");
+  MustExec(client, "INSERT INTO T_TX VALUES (1)");
+  client.Commit();
+  EXPECT_EQ(Exec(client, "SELECT (SELECT 1 FROM DUAL UNION ALL SELECT 2 FROM DUAL) FROM T_TX"), OCI_ERROR);
+  EXPECT_EQ(client.Code(), 1427);
   EXPECT_EQ(Exec(*Another(), "DROP TABLE T_TX"), OCI_SUCCESS);
 }
 
