@@ -153,6 +153,9 @@ void RewriteFunctions(PieceList& pieces) {
     if (pieces.IsWord(i, "CURRENT_DATE")) pieces.Replace(i, "SYSDATE");
     if (IsUser(pieces, i)) pieces.Replace(i, "UPPER(DATABASE())");
     if (!IsCallOf(pieces, i)) continue;
+    if (pieces.IsAnyWord(i, {"TO_DATE", "TO_TIMESTAMP", "ADD_MONTHS", "LAST_DAY"})) {
+      RewriteDayArithmetic(pieces, pieces.ClosingOf(i + 1) + 1);
+    }
     if (pieces.IsWord(i, "TO_NUMBER")) RewriteToNumber(pieces, i);
     if (pieces.IsWord(i, "TRUNC")) RewriteTrunc(pieces, i);
     if (pieces.IsWord(i, "CAST")) RewriteCast(pieces, i);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Functions and pseudo-columns that the server lacks or spells otherwise: TO_NUMBER, TRUNC, CAST to Oracle's
-// types, USER, SYSTIMESTAMP, CURRENT_DATE, whole days added to SYSDATE. USER is the schema, which owns what
-// the dictionary views show.
+// types, USER, SYSTIMESTAMP, CURRENT_DATE, whole days added to SYSDATE or to what a date function gives. USER
+// is the schema, which owns what the dictionary views show.
 #pragma once
 
 #include "oci/mariadb/sql/PieceList.h"

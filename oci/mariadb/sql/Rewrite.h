@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Turns one Oracle statement into the text that MariaDB in SQL mode ORACLE runs with the same effect. A pure
-// function over text: no connection, no state, any thread. What needs no change comes back as it stands.
+// Turns one Oracle statement into the text that MariaDB, in a session set up by SessionSettings.h, runs with
+// the same effect. A pure function over text, in time linear in its length: no connection, no state, any
+// thread. What needs no change comes back as it stands. docs/oracle_sql.md lists what is rewritten.
 #pragma once
 
 #include <oci.h>
@@ -34,8 +35,10 @@ struct Rewritten {
 // The OCI_STMT_* of a text, as far as its words tell it: for a text that Rewrite refuses, too. Never throws.
 ub2 StatementType(std::string_view oracle_sql);
 
-// Throws OraError (ORA-01756 for an open quote, ORA-00911 for a trailing semicolon, ORA-03001 for what cannot
-// be had here). Empty text gives an empty statement of type UNKNOWN.
+// Throws OraError: ORA-01756 for an open quote, ORA-00911 for a semicolon outside a block and for marks that
+// are none of Oracle's, ORA-03001 with a text that says what cannot be had here, and the errors of types,
+// dates and definitions that can be told without a server. Empty text gives an empty statement of type
+// UNKNOWN.
 Rewritten Rewrite(std::string_view oracle_sql);
 
 }  // namespace ocimaria::sql

@@ -16,10 +16,11 @@ TEST(BenchmarkTexts, BecomeWhatTheServerIsToBeGiven) {
 
 TEST(BenchmarkTexts, ChangeNoMoreWhenTheyAreRewrittenAgain) {
   for (const BenchmarkText& text : kBenchmarkTexts) {
-    // Storage types are none of Oracle's.
+    // Storage types and question marks are none of Oracle's.
     if (text.oracle.starts_with("CREATE TABLE") && !text.server.empty()) continue;
-    const std::string once = Rewrite(text.oracle).text;
-    EXPECT_EQ(Rewrite(once).text, once);
+    const Rewritten once = Rewrite(text.oracle);
+    if (!once.placeholders.empty()) continue;
+    EXPECT_EQ(Rewrite(once.text).text, once.text);
   }
 }
 

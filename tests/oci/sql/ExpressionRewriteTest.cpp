@@ -83,6 +83,9 @@ TEST(Functions, CountDaysAddedToTheDate) {
   EXPECT_EQ(Values("SYSDATE - 7, SYSDATE + INTERVAL '1' HOUR"),
             "SYSDATE - INTERVAL 7 DAY, SYSDATE + INTERVAL '1' HOUR");
   EXPECT_EQ(ErrorOf("SELECT SYSDATE + 1/24 FROM DUAL"), 3001);
+  EXPECT_EQ(Values("TO_DATE('2024-01-02', 'YYYY-MM-DD') + 3, ADD_MONTHS(A, 1) - 1, TO_DATE(:1, 'YYYY') + 2"),
+            "TIMESTAMP'2024-01-02 00:00:00' + INTERVAL 3 DAY, ADD_MONTHS(A, 1) - INTERVAL 1 DAY, ? + "
+            "INTERVAL 2 DAY");
 }
 
 TEST(Blocks, RewriteTheTextsThatTheyExecute) {
