@@ -107,9 +107,10 @@ std::vector<std::string> Doubts(const WorkloadResult& result) {
   if (result.lost_users > 0)
     doubts.push_back(Plural(static_cast<std::uint64_t>(result.lost_users), "user") + " of " +
                      std::to_string(result.users) + " lost the session and ended early");
+  std::vector<std::string> few;
   for (const XactTotals& totals : result.xacts)
-    if (totals.latency.Count() > 0 && totals.latency.Count() < 100)
-      doubts.push_back(totals.name + ": p99 of fewer than 100 executions is their maximum");
+    if (totals.latency.Count() > 0 && totals.latency.Count() < 100) few.push_back(totals.name);
+  if (!few.empty()) doubts.push_back("p99 of fewer than 100 executions is their maximum: " + Join(few, ", "));
   return doubts;
 }
 
