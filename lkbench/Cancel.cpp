@@ -26,9 +26,9 @@ sigset_t WatchedSignals() {
   return signals;
 }
 
-int OpenSignals() {
+int OpenSignals(sigset_t& before) {
   const sigset_t signals = WatchedSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  pthread_sigmask(SIG_BLOCK, &signals, &before);
   return signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
@@ -65,7 +65,7 @@ SignalWatch::SignalWatch(CancelSwitch& cancel, CallBreaker& breaker, Console& co
     : m_cancel(cancel),
       m_breaker(breaker),
       m_console(console),
-      m_signals(OpenSignals()),
+      m_signals(OpenSignals(m_before)),
       m_stop(eventfd(0, EFD_CLOEXEC)),
       m_thread([this] { Watch(); }) {}
 
@@ -74,6 +74,7 @@ SignalWatch::~SignalWatch() {
   m_thread.join();
   close(m_stop);
   close(m_signals);
+  pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
 void SignalWatch::Watch() {

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -52,7 +53,8 @@ class CallBreaker {
 
 class SignalWatch {
  public:
-  // Blocks the two signals in this thread, and so in all that it starts.
+  // Blocks the two signals in this thread, and so in all that it starts, until the object goes: after that a
+  // signal ends the process as usual.
   SignalWatch(CancelSwitch& cancel, CallBreaker& breaker, Console& console);
   ~SignalWatch();
   SignalWatch(const SignalWatch&) = delete;
@@ -64,6 +66,7 @@ class SignalWatch {
   CancelSwitch& m_cancel;
   CallBreaker& m_breaker;
   Console& m_console;
+  sigset_t m_before{};
   int m_signals;  // signalfd
   int m_stop;     // eventfd: the watch ends
   std::thread m_thread;

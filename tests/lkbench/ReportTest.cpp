@@ -61,7 +61,8 @@ TEST(Report, FewExecutionsAndLostUsersRaiseDoubts) {
   result.lost_users = 1;
   const std::vector<std::string> doubts = Doubts(result);
   EXPECT_THAT(doubts, testing::Contains(HasSubstr("1 user of 2 lost the session")));
-  EXPECT_THAT(doubts, testing::Contains(HasSubstr("p99 of fewer than 100 executions is their maximum: Insert, Delete")));
+  EXPECT_THAT(doubts, testing::Contains(
+                          HasSubstr("p99 of fewer than 100 executions is their maximum: Insert, Delete")));
 }
 
 TEST(ErrorLog, EqualProblemsAreOneLineWithACount) {

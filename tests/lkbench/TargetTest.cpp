@@ -3,6 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <fstream>
 
@@ -85,6 +89,57 @@ TEST(Password, AMissingSourceIsNamed) {
   unsetenv("LKBENCH_NO_PASSWORD");
   EXPECT_THAT(PasswordRefusal("env:LKBENCH_NO_PASSWORD"), HasSubstr("LKBENCH_NO_PASSWORD is not set"));
   EXPECT_THAT(PasswordRefusal("file:/nowhere/pw"), HasSubstr("/nowhere/pw cannot be read"));
+}
+
+// A child on a terminal of its own that asks for the password; its exit code says whether it was `expected`.
+class AskingChild {
+ public:
+  explicit AskingChild(const std::string& expected) {
+    m_pid = forkpty(&m_terminal, nullptr, nullptr, nullptr);
+    if (m_pid == 0) Ask(expected);
+  }
+  ~AskingChild() { close(m_terminal); }
+
+  std::string ReadUntil(const std::string& end) {
+    std::string text;
+    for (char c = 0; !text.ends_with(end) && read(m_terminal, &c, 1) == 1;) text += c;
+    return text;
+  }
+  void Type(const std::string& text) {
+    EXPECT_EQ(write(m_terminal, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  int ExitCode() {
+    int status = 0;
+    waitpid(m_pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  [[noreturn]] static void Ask(const std::string& expected) {
+    try {
+      _exit(ReadPassword("prompt") == expected ? 0 : 1);
+    } catch (const Failure& failure) {
+      _exit(failure.Code());
+    }
+  }
+
+  int m_terminal = -1;
+  pid_t m_pid = -1;
+};
+
+TEST(Password, IsAskedForWithoutAnEcho) {
+  AskingChild child("s3cret");
+  EXPECT_EQ(child.ReadUntil("Password: "), "Password: ");
+  child.Type("s3cret\n");
+  EXPECT_EQ(child.ReadUntil("\n"), "\r\n");
+  EXPECT_EQ(child.ExitCode(), 0);
+}
+
+TEST(Password, AnInterruptWhileAskingEndsInOrder) {
+  AskingChild child("");
+  child.ReadUntil("Password: ");
+  child.Type("abc\x03\n");
+  EXPECT_EQ(child.ExitCode(), kInterrupted);
 }
 
 }  // namespace

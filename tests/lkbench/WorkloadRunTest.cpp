@@ -171,6 +171,40 @@ TEST_F(WorkloadRun, AHundredUsersEndWithoutAFailure) {
   Do({"workload", "--duration", "1s", "--users", "100"});
 }
 
+TEST_F(WorkloadRun, ACreateThatDidNotEndIsSeenAndDropped) {
+  Do({"create", "--tables", "2"});
+  m_sql.Run("DROP TABLE LK_REP_TABLE2");
+  m_sql.Run("DROP TABLE LK_REP_PROPERTIES");
+  m_sql.Run("INSERT INTO LKBENCH_STATE VALUES ('creating', '1..2')");
+  for (const char* verb : {"run", "load", "workload"}) {
+    const Outcome outcome = Run({verb});
+    EXPECT_EQ(outcome.code, 1) << verb;
+    EXPECT_THAT(outcome.err, HasSubstr("an earlier create did not end: run `lkbench drop`")) << verb;
+  }
+  EXPECT_THAT(Run({"create"}).err, HasSubstr("run `lkbench drop` first"));
+  Do({"drop"});
+  EXPECT_EQ(Count("lk%"), 0);
+}
+
+TEST_F(WorkloadRun, TablesThatLkbenchDidNotMakeAreLeftAloneButForADrop) {
+  m_sql.Run("CREATE TABLE LK_REP_TABLE1 (ID INT)");
+  const Outcome outcome = Run({"run"});
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("holds LK_REP_TABLE1 but no LKBENCH_STATE"));
+  EXPECT_TRUE(HasTable("LK_REP_TABLE1"));
+  Do({"drop"});
+  EXPECT_EQ(Count("lk%"), 0);
+}
+
+TEST_F(WorkloadRun, AMariaDbTargetReachesTheSameTables) {
+  Do({"create", "--tables", "1"});
+  const Outcome outcome =
+      RunProgram({"load", "--target",
+                  "mariadb://" + m_server.User() + "@/lkbench?socket=" + m_server.SocketPath().string()});
+  EXPECT_EQ(outcome.code, 0) << outcome.err;
+  EXPECT_EQ(Ids("LK_REP_TABLE1"), Exactly(1000));
+}
+
 TEST_F(WorkloadRun, DropRemovesEverythingAlsoBehindAGap) {
   Do({"run", "--duration", "100ms", "--use-backup"});
   m_sql.Run("DROP TABLE LK_REP_TABLE2");
