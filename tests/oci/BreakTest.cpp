@@ -120,38 +120,66 @@ TEST_P(Breaks, AResetIsASuccess) {
   EXPECT_EQ(Value(client, "SELECT 5 FROM DUAL"), "5");
 }
 
-// Two short calls by turns. Breaks rain on the first; all have returned before the second begins, which
-// therefore must not be hit, however late a kill was sent.
+// Breaks without a pause while it is switched on. When Off returns, no break is under way.
+class BreakRain {
+ public:
+  explicit BreakRain(Client& client) : m_client(client) {
+    OCIHandleAlloc(client.env, reinterpret_cast<void**>(&m_error), OCI_HTYPE_ERROR, 0, nullptr);
+    m_thread = std::thread([this] {
+      while (!m_done) {
+        std::lock_guard lock(m_breaking);
+        if (m_on) OCIBreak(m_client.service, m_error);
+      }
+    });
+  }
+  ~BreakRain() {
+    m_done = true;
+    m_thread.join();
+    OCIHandleFree(m_error, OCI_HTYPE_ERROR);
+  }
+  void On() { m_on = true; }
+  void Off() {
+    std::lock_guard none_under_way(m_breaking);
+    m_on = false;
+  }
+
+ private:
+  Client& m_client;
+  OCIError* m_error = nullptr;
+  std::mutex m_breaking;
+  std::atomic<bool> m_on{false}, m_done{false};
+  std::thread m_thread;
+};
+
+// Two short calls by turns. Breaks rain on the first; the second must not be hit, however late a kill was
+// sent.
 TEST_P(Breaks, ABreakNeverHitsALaterCall) {
-  std::mutex breaking;
-  std::atomic<bool> wanted{false}, done{false};
-  std::thread interrupter([&] {
-    OCIError* error = nullptr;
-    OCIHandleAlloc(client.env, reinterpret_cast<void**>(&error), OCI_HTYPE_ERROR, 0, nullptr);
-    while (!done) {
-      std::lock_guard lock(breaking);
-      if (wanted) OCIBreak(client.service, error);
-    }
-    OCIHandleFree(error, OCI_HTYPE_ERROR);
-  });
   Statement target(client, "SELECT SLEEP(0.001) FROM DUAL");
   Statement innocent(client, "SELECT 1 FROM DUAL");
+  BreakRain rain(client);
   int broken = 0;
   for (int i = 0; i < 300; ++i) {
-    wanted = true;
+    rain.On();
     if (target.Execute(0) != OCI_SUCCESS) {
       EXPECT_EQ(client.Code(), 1013);
       ++broken;
     }
-    {
-      std::lock_guard none_under_way(breaking);
-      wanted = false;
-    }
+    rain.Off();
     EXPECT_EQ(innocent.Execute(0), OCI_SUCCESS) << client.LastReport().text;
   }
-  done = true;
-  interrupter.join();
   EXPECT_GT(broken, 0);
+}
+
+TEST_P(Breaks, ACommitOrRollbackIsNotInterrupted) {
+  Table("T_BREAK", "ID NUMBER");
+  BreakRain rain(client);
+  for (int i = 0; i < 100; ++i) {
+    ASSERT_EQ(Exec(client, "INSERT INTO T_BREAK VALUES (1)"), OCI_SUCCESS) << client.LastReport().text;
+    rain.On();
+    EXPECT_EQ(i % 2 == 0 ? client.Commit() : client.Rollback(), OCI_SUCCESS) << client.LastReport().text;
+    rain.Off();
+  }
+  EXPECT_EQ(Value(client, "SELECT COUNT(*) FROM T_BREAK"), "50");
 }
 
 TEST_P(Breaks, ManySessionsAreInterruptedAtOnce) {
