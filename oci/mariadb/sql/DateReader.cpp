@@ -130,6 +130,13 @@ void DateReader::ReadElement(const DateElement& element, bool next_is_number) {
     case DatePart::kJulian:
       m_fields.julian = ReadRange(7, 1, 5373484, 1854);
       break;
+    default:
+      ReadTimeOrMark(element);
+  }
+}
+
+void DateReader::ReadTimeOrMark(const DateElement& element) {
+  switch (element.part) {
     case DatePart::kHour12:
       m_fields.hour = ReadRange(2, 1, 12, 1849);
       break;
@@ -154,10 +161,6 @@ void DateReader::ReadElement(const DateElement& element, bool next_is_number) {
     case DatePart::kZone:
       SkipZone();
       break;
-    case DatePart::kRadix:
-    case DatePart::kPunctuation:
-      ReadPunctuation(element.text);
-      break;
     case DatePart::kQuoted:
       ReadQuoted(element.text);
       break;
@@ -166,6 +169,8 @@ void DateReader::ReadElement(const DateElement& element, bool next_is_number) {
       break;
     case DatePart::kFill:
       break;
+    default:
+      ReadPunctuation(element.text);
   }
 }
 

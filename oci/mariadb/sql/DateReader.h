@@ -27,6 +27,7 @@ class DateReader {
 
  private:
   void ReadElement(const DateElement& element, bool next_is_number);
+  void ReadTimeOrMark(const DateElement& element);
   int ReadNumber(int width);
   int ReadRange(int width, int lowest, int highest, int error);
   int ReadYear(const DateElement& element, bool next_is_number);

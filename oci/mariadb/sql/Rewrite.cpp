@@ -31,10 +31,18 @@ std::string PlaceholderName(std::string_view text) {
   return std::string(text.substr(1, text.size() - 2));
 }
 
+// The server takes values through question marks and gives none back.
+void RefuseOutput(const PieceList& pieces, std::size_t i) {
+  if (pieces.IsSymbol(i + 1, ":=") || (i > 0 && pieces.IsWord(i - 1, "INTO"))) {
+    throw Unimplemented("a value handed back through the placeholder " + std::string(pieces.Text(i)));
+  }
+}
+
 std::vector<Placeholder> TakePlaceholders(PieceList& pieces) {
   std::vector<Placeholder> placeholders;
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
     if (pieces.Kind(i) != TokenKind::kPlaceholder || pieces.IsRemoved(i)) continue;
+    RefuseOutput(pieces, i);
     placeholders.push_back({PlaceholderName(pieces.Text(i)), pieces.DateMask(i)});
     pieces.Replace(i, "?");
   }

@@ -30,12 +30,6 @@ void RefuseOuterJoin(const PieceList& pieces, std::size_t i) {
   }
 }
 
-void RefuseOutputPlaceholder(const PieceList& pieces, std::size_t i) {
-  if (pieces.IsSymbol(i + 1, ":=") || (i > 0 && pieces.IsWord(i - 1, "INTO"))) {
-    throw Unimplemented("a value handed back through the placeholder " + std::string(pieces.Text(i)));
-  }
-}
-
 void RewritePiece(PieceList& pieces, std::size_t i) {
   const auto text = pieces.Text(i);
   switch (pieces.Kind(i)) {
@@ -51,9 +45,6 @@ void RewritePiece(PieceList& pieces, std::size_t i) {
       RefuseForeignMark(text);
       RefuseOuterJoin(pieces, i);
       if (text == "^=") pieces.Replace(i, "!=");
-      break;
-    case TokenKind::kPlaceholder:
-      RefuseOutputPlaceholder(pieces, i);
       break;
     default:
       break;

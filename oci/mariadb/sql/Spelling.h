@@ -8,7 +8,7 @@
 namespace ocimaria::sql {
 
 // Throws ORA-00911 for a mark that Oracle's language has not, ORA-03001 for database links, outer joins with
-// (+), CONNECT BY, NULLS FIRST or LAST, and values handed back through placeholders.
+// (+), CONNECT BY, NULLS FIRST or LAST.
 void RewriteSpelling(PieceList& pieces);
 
 }  // namespace ocimaria::sql

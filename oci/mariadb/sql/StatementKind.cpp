@@ -57,8 +57,7 @@ StatementKind ClassifyStatement(const PieceList& pieces) {
   const auto verb = std::ranges::find_if(kVerbs, [&](const Verb& v) { return pieces.IsWord(at, v.word); });
   if (verb == kVerbs.end()) return kind;
   kind.type = verb->type;
-  // The settings of a session are no objects: ALTER SESSION does not commit.
-  kind.is_ddl = verb->is_ddl && !pieces.AreWords(at, {"ALTER", "SESSION"});
+  kind.is_ddl = verb->is_ddl;
   kind.is_block = kind.type == OCI_STMT_BEGIN || kind.type == OCI_STMT_DECLARE;
   kind.is_stored_program = kind.type == OCI_STMT_CREATE && CreatesStoredProgram(pieces, at + 1);
   return kind;

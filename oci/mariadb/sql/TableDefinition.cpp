@@ -29,8 +29,8 @@ std::size_t SkipDefault(const PieceList& pieces, std::size_t i, std::size_t end)
   if (pieces.AreWords(i, {"DEFAULT", "ON", "NULL"})) throw Unimplemented("DEFAULT ON NULL");
   for (std::size_t at = i + 1; at < end; ++at) {
     if (pieces.IsSymbol(at, "(")) at = pieces.ClosingOf(at);
-    if (at > i + 1 && pieces.IsAnyWord(at, {"CONSTRAINT", "NOT", "NULL", "PRIMARY", "UNIQUE", "CHECK",
-                                            "REFERENCES", "ENABLE", "DISABLE"})) {
+    if (pieces.IsAnyWord(
+            at, {"CONSTRAINT", "NOT", "PRIMARY", "UNIQUE", "CHECK", "REFERENCES", "ENABLE", "DISABLE"})) {
       return at;
     }
   }

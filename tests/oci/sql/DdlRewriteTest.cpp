@@ -74,6 +74,7 @@ TEST(CreateTable, RefusesConstraintsThatDoNotHoldAtOnce) {
   EXPECT_EQ(ErrorOf("CREATE TABLE T (A NUMBER NOT NULL DISABLE)"), 3001);
   EXPECT_EQ(ErrorOf("CREATE TABLE T (A NUMBER, PRIMARY KEY (A) DEFERRABLE)"), 3001);
   EXPECT_EQ(ErrorOf("CREATE TABLE T (A NUMBER UNIQUE INITIALLY DEFERRED)"), 3001);
+  EXPECT_EQ(ErrorOf("CREATE TABLE T (A NUMBER, PRIMARY KEY (A) USING INDEX DISABLE)"), 3001);
 }
 
 TEST(CreateTable, MovesNamedConstraintsOfAColumnBehindTheColumns) {
@@ -119,6 +120,30 @@ TEST(CreateTable, KeepsKeysInTheRow) {
   const std::string text = Text(WideTable(5, ", UNIQUE (C1)"));
   EXPECT_THAT(text, testing::HasSubstr("C1 varchar(4000)"));
   EXPECT_THAT(text, testing::HasSubstr("C2 text"));
+}
+
+TEST(CreateTable, KeepsKeysOfAColumnInTheRow) {
+  for (const std::string_view key :
+       {"UNIQUE", "PRIMARY KEY", "CONSTRAINT U UNIQUE", "CONSTRAINT F REFERENCES P (A)"}) {
+    std::string sql = WideTable(4);
+    sql.insert(sql.find(", C1"), ", K VARCHAR2(4000) " + std::string(key));
+    EXPECT_THAT(Text(sql),
+                testing::AllOf(testing::HasSubstr("K varchar(4000)"), testing::HasSubstr("C1 text")))
+        << key;
+  }
+}
+
+TEST(CreateTable, KeepsGeneratedColumnsInTheRow) {
+  const std::string text =
+      Text("CREATE TABLE T (G VARCHAR2(4000) AS ('x' || ID), " + WideTable(4).substr(16));
+  EXPECT_THAT(text, testing::AllOf(testing::HasSubstr("G varchar(4000) AS"), testing::HasSubstr("C1 text")));
+}
+
+TEST(CreateTable, LeavesDefaultsAsTheyStand) {
+  EXPECT_EQ(Text("CREATE TABLE T (A NUMBER DEFAULT NULL, B NUMBER DEFAULT (1 + 2) CONSTRAINT N NOT NULL)"),
+            "CREATE TABLE T (A double COMMENT 'ora:NUMBER' DEFAULT NULL, B double COMMENT 'ora:NUMBER' "
+            "DEFAULT (1 + 2) "
+            "NOT NULL)");
 }
 
 TEST(CreateTable, RefusesMoreThanAThousandColumns) {

@@ -76,7 +76,7 @@ TEST(Functions, CastToOraclesTypes) {
 
 TEST(Functions, NameTheUserAndTheTime) {
   EXPECT_EQ(Values("USER, SYSTIMESTAMP, SYSTIMESTAMP(3)"), "UPPER(DATABASE()), SYSDATE(6), SYSDATE(3)");
-  EXPECT_EQ(Values("T.USER"), "T.USER");
+  EXPECT_EQ(Values("T.USER, USER.A"), "T.USER, USER.A");
 }
 
 TEST(Functions, CountDaysAddedToTheDate) {
@@ -133,7 +133,7 @@ TEST(DictionaryViews, AreFoundInSubqueriesJoinsAndBlocks) {
   for (const std::string_view sql :
        {"SELECT 1 FROM T WHERE A IN (SELECT TABLE_NAME FROM USER_TABLES)",
         "SELECT 1 FROM T JOIN USER_TABLES ON 1 = 1", "SELECT 1 FROM (T JOIN U ON 1 = 1), USER_TABLES",
-        "BEGIN SELECT COUNT(*) INTO v FROM USER_TABLES; END;",
+        "SELECT 1 FROM (USER_TABLES JOIN T ON 1 = 1)", "BEGIN SELECT COUNT(*) INTO v FROM USER_TABLES; END;",
         "SELECT 1 FROM (SELECT A, B FROM T) X, USER_TABLES WHERE 1 = 1"}) {
     EXPECT_THAT(Text(sql), testing::HasSubstr("information_schema.tables")) << sql;
   }

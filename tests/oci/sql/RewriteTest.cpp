@@ -172,7 +172,7 @@ TEST(Rewrite, CopesWithAMegabyteOfText) {
 }
 
 TEST(Rewrite, CopesWithLongTextsOfAnyToken) {
-  constexpr std::size_t kLength = kMegabyte / 8;
+  constexpr std::size_t kLength = kMegabyte / 16;
   for (const std::string_view piece :
        {"TO_DATE(A || ", "CAST(", "TRUNC(", "(", "DECLARE ", "-- x\n", "/* */", "FROM USER_TABLES, ", "A(+ ",
         "<<x>>", "A NUMBER, ", "EXECUTE IMMEDIATE 'x' ", "q'[x]'", ":\"x\" "}) {
@@ -192,6 +192,20 @@ TEST(Rewrite, RewritesCallsWithinCallsToAnyDepth) {
   const std::string text = Text(sql + " FROM T");
   EXPECT_THAT(text, testing::StartsWith("SELECT CAST(STR_TO_DATE(CAST(STR_TO_DATE("));
   EXPECT_THAT(text, testing::EndsWith(", '%Y') AS datetime), '%Y') AS datetime) FROM T"));
+}
+
+TEST(Rewrite, LeavesTheColonsAndSemicolonsOfStoredProgramsToTheServer) {
+  const std::string_view sql =
+      "CREATE OR REPLACE TRIGGER R BEFORE INSERT ON T FOR EACH ROW BEGIN :NEW.A := 1; SELECT MAX(A) INTO "
+      ":NEW.B FROM U; END;";
+  EXPECT_EQ(OraErrorOf([&] { Rewrite(sql); }), 0);
+  EXPECT_EQ(Text(sql), sql);
+  EXPECT_THAT(Names(sql), IsEmpty());
+}
+
+TEST(Rewrite, GivesNoNameThatIsLongerThanTheServersNames) {
+  const std::string sum = Repeated("A + ", 130);
+  EXPECT_EQ(Text("SELECT " + sum + "TRUNC(1.5) FROM T"), "SELECT " + sum + "TRUNCATE(1.5, 0) FROM T");
 }
 
 TEST(Rewrite, KeepsTheNameOfAColumnThatItRewrites) {
