@@ -166,7 +166,7 @@ int CXact_Create_Sequence::Execute() {
   if (pDriver == nullptr) return 0;
 
   // kept: the scale of the owning benchmark here, that of the settings in the refresh of the sequence.
-  const __int64 iStartRows = static_cast<__int64>(m_pBenchmark->GetBenchmarkScale() * kRowsPerScale);
+  const __int64 iStartRows = RowsOf(m_pBenchmark->GetBenchmarkScale());
   REP_ASSERT_AT(iStartRows >= 1000, "iStartRows >= 1000", "CREP_CreateObjects_ORA8", 214, "Execute");
   m_szSQL.Format(L"CREATE SEQUENCE LK_REP_ID_SEQ START WITH %I64d CACHE 100", iStartRows + 1);
 

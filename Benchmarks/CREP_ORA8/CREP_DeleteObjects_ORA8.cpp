@@ -125,6 +125,7 @@ int CXact_Drop_Replication_Properties_Table::Execute() {
   m_Timer.SetStartTime();
   OCIStmt* pStmt = nullptr;
   sword nStatus = AllocStatement(pDriver, &pStmt);
+  // kept: every status is reported by its low 16 bits here, in the create of the table whole.
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return pDriver->HandleError(LowBits(nStatus), pError, 0, 0);

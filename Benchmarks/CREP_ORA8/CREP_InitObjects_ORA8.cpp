@@ -7,6 +7,7 @@
 
 #include "OciCall.h"
 #include "RepTable.h"
+#include "SchemaRules.h"
 #include "TableLoader.h"
 #include "core/LKStringFormat.h"
 
@@ -15,9 +16,6 @@ namespace {
 constexpr int kLoadTableID = 110;
 constexpr int kDefaultRowsPerCommit = 500;
 constexpr int kMaxRowsPerCommit = 1000;
-constexpr double kRowsPerScale = 1000.0;
-
-__int64 RowsOf(double fScale) { return static_cast<__int64>(fScale * kRowsPerScale); }
 
 }  // namespace
 
@@ -96,6 +94,7 @@ void CXact_LoadTableBase_ORA8::CreateTableFromBackup(COracle8Driver* pDriver) {
 wxIMPLEMENT_DYNAMIC_CLASS(CXact_LoadTable_ORA8, CXact);
 
 CXact_LoadTable_ORA8::CXact_LoadTable_ORA8() {
+  // kept: "tables" in lower case, unlike its siblings; hosts find the transaction by its name.
   SetName(L"Load Replication tables");
   SetDescription(L"Loading Replication Benchmark tables");
   SetXactID(kLoadTableID);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kBenchmarkID = 16;
 constexpr int kDriverID = 9;
-constexpr long kMaxCountToRecord = 99;  // so the map grows to 100 entries
+constexpr long kMaxCountToRecord = 99;  // kept: looked at before a row is added, so the map grows to 100
 
 }  // namespace
 

@@ -141,8 +141,8 @@ int CREP_RefreshTable_ORA8::Execute() {
 }
 
 int CREP_RefreshTable_ORA8::GetRowInfo(__int64& iStartRows, __int64& iTotalRows) {
-  iStartRows = static_cast<__int64>(kRowsPerScale * m_BenchmarkProperties.GetCurrentScale());
-  iTotalRows = static_cast<__int64>(kRowsPerScale * m_BenchmarkProperties.GetLoadedMaxScale());
+  iStartRows = RowsOf(m_BenchmarkProperties.GetCurrentScale());
+  iTotalRows = RowsOf(m_BenchmarkProperties.GetLoadedMaxScale());
   return 1;
 }
 
@@ -173,7 +173,7 @@ CREP_Refresh_Sequence::~CREP_Refresh_Sequence() = default;
 
 int CREP_Refresh_Sequence::Execute() {
   // kept: the scale of the settings here, that of the owning benchmark in the create of the sequence.
-  const __int64 nStartID = static_cast<__int64>(kRowsPerScale * m_BenchmarkProperties.GetScale()) + 1;
+  const __int64 nStartID = RowsOf(m_BenchmarkProperties.GetScale()) + 1;
   m_strSQL.Format(
       L"DECLARE v_count number; "
       L"BEGIN SELECT COUNT(*) INTO v_count FROM USER_SEQUENCES WHERE SEQUENCE_NAME = 'LK_REP_ID_SEQ'; "

@@ -5,15 +5,15 @@
 
 #include "CREP_ORA8.h"
 #include "OciCall.h"
+#include "SchemaRules.h"
 #include "WorkloadStatement.h"
 
 wxIMPLEMENT_DYNAMIC_CLASS(CXact_Delete, CXact);
 
 namespace {
 
-constexpr int kXactID = 151;
+constexpr int kXactID = 151;  // kept: hosts know the transaction by this number
 constexpr int kSeedOffset = 3;
-constexpr int kRowsPerScale = 1000;
 
 }  // namespace
 
@@ -42,7 +42,7 @@ void CXact_Delete::ChooseRow() {
   m_bInsertedRow = pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID) ? TRUE : FALSE;
   if (m_bInsertedRow) return;
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
-  m_nRowID = m_Random.GetRandomInt(1, static_cast<int>(m_BenchmarkProperties.GetScale()) * kRowsPerScale);
+  m_nRowID = m_Random.GetRandomInt(1, LastRandomRow(m_BenchmarkProperties.GetScale()));
 }
 
 void CXact_Delete::BuildSQL() {

@@ -15,7 +15,7 @@ wxIMPLEMENT_DYNAMIC_CLASS(CXact_Insert, CXact);
 
 namespace {
 
-constexpr int kXactID = 131;
+constexpr int kXactID = 131;  // kept: hosts know the transaction by this number
 constexpr int kSeedOffset = 1;
 
 bool IsNoID(__int64 nRowID) { return static_cast<unsigned long>(nRowID) + 1 <= 1; }  // -1 or 0

@@ -8,6 +8,7 @@
 #include "CREP_ORA8.h"
 #include "OciCall.h"
 #include "RepTable.h"
+#include "SchemaRules.h"
 #include "TableLoader.h"
 #include "WorkloadStatement.h"
 
@@ -15,10 +16,9 @@ wxIMPLEMENT_DYNAMIC_CLASS(CXact_Update, CXact);
 
 namespace {
 
-constexpr int kXactID = 141;
+constexpr int kXactID = 141;  // kept: hosts know the transaction by this number
 constexpr int kSeedOffset = 2;
 constexpr int kRandomRowPercent = 50;
-constexpr int kRowsPerScale = 1000;
 
 }  // namespace
 
@@ -48,7 +48,7 @@ void CXact_Update::ChooseRow() {
   if (nPercent > kRandomRowPercent && pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID))
     return;
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
-  m_nRowID = m_Random.GetRandomInt(1, static_cast<int>(m_BenchmarkProperties.GetScale()) * kRowsPerScale);
+  m_nRowID = m_Random.GetRandomInt(1, LastRandomRow(m_BenchmarkProperties.GetScale()));
 }
 
 void CXact_Update::BuildSQL() {
