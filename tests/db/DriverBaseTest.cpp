@@ -3,30 +3,17 @@
 
 #include <gmock/gmock.h>
 
+#include "ForeignDriver.h"
 #include "Recorders.h"
 
 namespace {
 
+using scripted::ForeignDriver;
 using scripted::RecordingHandler;
 using testing::ElementsAre;
 
-class IdleDriver : public CDriverBase {
- public:
-  int Connect(LKString, LKString, LKString) override { return 1; }
-  int Disconnect() override { return 1; }
-  int IsConnected() const override { return 1; }
-  int Commit() override { return 1; }
-  int Rollback() override { return 1; }
-  int Cancel() override { return 1; }
-  int PrepareStatement(const wchar_t*, int) override { return 1; }
-  int ExecuteStatement(int) override { return 1; }
-  int CloseStatement() override { return 1; }
-  int Query(LKString, std::vector<std::vector<LKString>>&) override { return 1; }
-  LKString GetServerVersion() override { return {}; }
-};
-
 TEST(IgnoreList, HoldsACodeUntilEachAddHasHadItsRemove) {
-  IdleDriver driver;
+  ForeignDriver driver;
   driver.AddIgnoreError(942);
   driver.AddIgnoreError(942);
   driver.AddIgnoreError(2289);
@@ -38,14 +25,14 @@ TEST(IgnoreList, HoldsACodeUntilEachAddHasHadItsRemove) {
 }
 
 TEST(IgnoreList, TakesARemoveWithoutAnAddAsNothing) {
-  IdleDriver driver;
+  ForeignDriver driver;
   driver.RemoveIgnoreError(942);
   driver.AddIgnoreError(942);
   EXPECT_TRUE(driver.IsIgnoredError(942));
 }
 
 TEST(DriverMessages, GoToTheHandlerAndAreNotAlwaysDisplayed) {
-  IdleDriver driver;
+  ForeignDriver driver;
   RecordingHandler handler;
   driver.AddHandler(&handler);
   driver.HandleErrorMsg(L"broken");
@@ -56,7 +43,7 @@ TEST(DriverMessages, GoToTheHandlerAndAreNotAlwaysDisplayed) {
 }
 
 TEST(DriverMessages, WithoutATextReachNoHandler) {
-  IdleDriver driver;
+  ForeignDriver driver;
   RecordingHandler handler;
   driver.AddHandler(&handler);
   driver.HandleErrorMsg(nullptr);
@@ -66,7 +53,7 @@ TEST(DriverMessages, WithoutATextReachNoHandler) {
 }
 
 TEST(Driver, CannotBeMadeFromItsAbstractClassInformation) {
-  IdleDriver driver;
+  ForeignDriver driver;
   EXPECT_TRUE(driver.IsKindOf(CLASSINFO(CDriverBase)));
   EXPECT_FALSE(CLASSINFO(CDriverBase)->IsDynamic());
 }

@@ -1,74 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-// The data generators, with fixed seeds. A "twin" is a second random source with the same seed: it makes the
-// draws that the generator is to make, so values and the position of the stream can be compared exactly.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+// The generators of keys, texts and dates, and the NULLs of all of them.
 #include <algorithm>
 #include <cctype>
-#include <cmath>
 #include <cstring>
 #include <set>
-#include <string>
 
-#include "Benchmarks/CREP_ORA8/DataGenerator.h"
-#include "Recorders.h"
+#include "GeneratorFixture.h"
 #include "core/LKDateTime.h"
 
+namespace scripted {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kSeed = 20240229;
-constexpr long kNextDrawMax = 1000000000;
-
-class Generator : public testing::Test {
- protected:
-  Generator() {
-    m_rand.SetSeed(kSeed);
-    m_twin.SetSeed(kSeed);
-  }
-  void Attach(IDataGenerator& generator, bool bAllowNull) {
-    generator.SetAllowNull(bAllowNull);
-    generator.SetRandGen(&m_rand);
-  }
-  bool StreamsAreAtTheSamePlace() {
-    return m_rand.UnifInt(1, kNextDrawMax) == m_twin.UnifInt(1, kNextDrawMax);
-  }
-
-  scripted::AssertRecorder m_asserts;
-  CRandGen m_rand;
-  CRandGen m_twin;
-};
-
-double Number(IDataGenerator& generator) {
-  int nLen = 0;
-  const void* pValue = generator.GenerateData(&nLen);
-  EXPECT_EQ(nLen, 8);
-  return *static_cast<const double*>(pValue);
-}
-
-std::string Text(IDataGenerator& generator) {
-  int nLen = 0;
-  const auto* pValue = static_cast<const char*>(generator.GenerateData(&nLen));
-  EXPECT_EQ(nLen, static_cast<int>(std::strlen(pValue)));
-  return pValue;
-}
-
-double PercentOfNulls(IDataGenerator& generator) {
-  constexpr int kRows = 20000;
-  int nNulls = 0;
-  for (int i = 0; i < kRows; ++i) {
-    int nLen = 0;
-    generator.GenerateData(&nLen);
-    if (nLen == -1) ++nNulls;
-  }
-  return 100.0 * nNulls / kRows;
-}
-
 using SequenceGenerator = Generator;
-using NumberGenerator = Generator;
 using StrGenerator = Generator;
 using DateGenerator = Generator;
 using NullValues = Generator;
@@ -117,128 +63,6 @@ TEST_F(SequenceGenerator, GetValueIsTheStorageOfTheLastValue) {
   Attach(generator, false);
   EXPECT_EQ(generator.GenerateData(nullptr), generator.GetValue());
   EXPECT_EQ(*static_cast<double*>(generator.GetValue()), 1.0);
-}
-
-TEST_F(NumberGenerator, TheTypeFollowsPrecisionAndTheScaleByte) {
-  EXPECT_EQ(CNumberGenerator(10, 2).GetTypeCode(), CNumberGenerator::eDecmial);
-  EXPECT_EQ(CNumberGenerator(0, 0).GetTypeCode(), CNumberGenerator::eDecmial);
-  EXPECT_EQ(CNumberGenerator(5, -2).GetTypeCode(), CNumberGenerator::eDecmial);
-  EXPECT_EQ(CNumberGenerator(0, 129).GetTypeCode(), CNumberGenerator::eInt);
-  EXPECT_EQ(CNumberGenerator(63, 129).GetTypeCode(), CNumberGenerator::eReal);
-  EXPECT_EQ(CNumberGenerator(126, 129).GetTypeCode(), CNumberGenerator::eFloat);
-  EXPECT_EQ(CNumberGenerator(1, 129).GetTypeCode(), CNumberGenerator::eFloat);
-}
-
-TEST_F(NumberGenerator, TheTypeCodesAreNumberedFromZero) {
-  EXPECT_EQ(CNumberGenerator::eDecmial, 0);
-  EXPECT_EQ(CNumberGenerator::eFloat, 1);
-  EXPECT_EQ(CNumberGenerator::eReal, 2);
-  EXPECT_EQ(CNumberGenerator::eInt, 3);
-}
-
-struct RealBounds {
-  const char* szName;
-  int nPrecision;
-  int nScale;
-  double fLow;
-  double fHigh;
-};
-
-class BoundsOfNumbers : public Generator, public testing::WithParamInterface<RealBounds> {};
-
-TEST_P(BoundsOfNumbers, OneUniformDrawBetweenThem) {
-  const RealBounds& bounds = GetParam();
-  CNumberGenerator generator(bounds.nPrecision, bounds.nScale);
-  Attach(generator, false);
-  double fSmallest = bounds.fHigh;
-  double fLargest = bounds.fLow;
-  for (int i = 0; i < 2000; ++i) {
-    const double fValue = Number(generator);
-    ASSERT_EQ(fValue, m_twin.UnifReal(bounds.fLow, bounds.fHigh));
-    fSmallest = std::min(fSmallest, fValue);
-    fLargest = std::max(fLargest, fValue);
-  }
-  const double fWidth = bounds.fHigh - bounds.fLow;
-  EXPECT_GE(fSmallest, bounds.fLow);
-  EXPECT_LE(fLargest, bounds.fHigh);
-  EXPECT_LT(fSmallest, bounds.fLow + 0.01 * fWidth);
-  EXPECT_GT(fLargest, bounds.fHigh - 0.01 * fWidth);
-  EXPECT_TRUE(StreamsAreAtTheSamePlace());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Number, BoundsOfNumbers,
-    testing::Values(RealBounds{"P10S2", 10, 2, 0.0, 99999999.0}, RealBounds{"P5S5", 5, 5, 0.0, 0.099999},
-                    RealBounds{"P20S0", 20, 0, 0.0, 2147483647.0}, RealBounds{"P3S5", 3, 5, 0.0, 999 / 1e6},
-                    RealBounds{"P16S0", 16, 0, 0.0, 2147483647.0},
-                    RealBounds{"P15S0", 15, 0, 0.0, 999999999999999.0}, RealBounds{"P1S0", 1, 0, 0.0, 9.0},
-                    RealBounds{"P5SMinus2", 5, -2, 0.0, 999999.0},
-                    RealBounds{"P10S10", 10, 10, 0.0, (1e10 - 1) / 1e11},
-                    RealBounds{"P12S11", 12, 11, 0.0, 9.0}, RealBounds{"P0SMinus1", 0, -1, 0.0, 2147483647.0},
-                    RealBounds{"Real", 63, 129, 1.0, 9999.99}, RealBounds{"Float", 126, 129, 1.0, 999999.99}),
-    [](const auto& number) { return std::string(number.param.szName); });
-
-TEST_F(NumberGenerator, AnUnconstrainedNumberIsAnIntegerFromOneToTheLargestInt) {
-  CNumberGenerator generator(0, 129);
-  Attach(generator, false);
-  double fSmallest = 2147483648.0;
-  double fLargest = 0;
-  for (int i = 0; i < 2000; ++i) {
-    const double fValue = Number(generator);
-    ASSERT_EQ(fValue, static_cast<double>(m_twin.UnifInt(1, 2147483647)));
-    fSmallest = std::min(fSmallest, fValue);
-    fLargest = std::max(fLargest, fValue);
-  }
-  EXPECT_GE(fSmallest, 1.0);
-  EXPECT_LT(fSmallest, 2.2e7);
-  EXPECT_GT(fLargest, 2.12e9);
-  EXPECT_LE(fLargest, 2147483647.0);
-}
-
-TEST_F(NumberGenerator, IsZeroWithoutADrawWhenTheScaleIsNotBelowThePrecisionAndOneOfThemIsAboveTen) {
-  for (const auto& [nPrecision, nScale] : {std::pair{12, 12}, {11, 11}, {5, 11}, {5, 254}}) {
-    CNumberGenerator generator(nPrecision, nScale);
-    Attach(generator, false);
-    EXPECT_EQ(Number(generator), 0.0) << nPrecision << "," << nScale;
-  }
-  EXPECT_TRUE(StreamsAreAtTheSamePlace());
-}
-
-TEST_F(NumberGenerator, ValuesAreNotRoundedToTheScale) {
-  CNumberGenerator generator(5, 0);
-  Attach(generator, false);
-  int nFractions = 0;
-  for (int i = 0; i < 100; ++i) {
-    const double fValue = Number(generator);
-    if (fValue != std::floor(fValue)) ++nFractions;
-  }
-  EXPECT_GT(nFractions, 90);
-}
-
-TEST_F(NumberGenerator, ANullLeavesTheValueAsItIs) {
-  CNumberGenerator generator(10, 2);
-  Attach(generator, true);
-  double fLast = 0;
-  int nNulls = 0;
-  for (int i = 0; i < 1000; ++i) {
-    int nLen = 0;
-    const auto* pValue = static_cast<const double*>(generator.GenerateData(&nLen));
-    if (nLen == -1) {
-      ++nNulls;
-      ASSERT_EQ(*pValue, fLast);
-    }
-    fLast = *pValue;
-  }
-  EXPECT_GT(nNulls, 0);
-}
-
-TEST_F(NumberGenerator, AMissingLengthAndAMissingSourceAreReportedAndTheValueIsMade) {
-  CNumberGenerator generator(12, 12);  // makes its 0.0 without a draw
-  generator.SetAllowNull(false);
-  EXPECT_EQ(*static_cast<double*>(generator.GenerateData(nullptr)), 0.0);
-  EXPECT_THAT(m_asserts.Texts(),
-              ElementsAre("Benchmarks/CREP_ORA8/DataGenerator.cpp:75 GenerateData: poutLen != __null",
-                          "Benchmarks/CREP_ORA8/DataGenerator.cpp:76 GenerateData: m_pRandGen != __null"));
 }
 
 TEST_F(StrGenerator, MakesOneToSizeLetters) {
@@ -446,3 +270,4 @@ TEST_F(NullValues, TheBaseHandsOutNoValue) {
 }
 
 }  // namespace
+}  // namespace scripted

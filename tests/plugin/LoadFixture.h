@@ -1,51 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the tests of the load share: a driver whose backup operations are written down and answered as told,
-// and transaction copies of numbered users with the fields of the host in reach.
+// What the tests of the load share: transaction copies of numbered users with the fields of the host in
+// reach.
 #pragma once
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "BackupDriver.h"
 #include "Benchmarks/CREP_ORA8/CREP_InitObjects_ORA8.h"
 #include "ConnectedDriver.h"
 #include "DescribedTable.h"
 
 namespace scripted {
-
-class BackupDriver : public COracle8Driver {
- public:
-  int PrepareRenameFromBackup(LKString szTable) override { return Note("PrepareRenameFromBackup", szTable); }
-  int RenameToBackup(LKString szTable) override { return Note("RenameToBackup", szTable); }
-  int CreateBackupTable(LKString szTable, LKString szOptions) override {
-    return Note("CreateBackupTable", szTable, ", \"" + szOptions.ToChar() + "\"");
-  }
-  int RestoreFromBackup(LKString szTable) override {
-    if (m_onRestore) m_onRestore();
-    return Note("RestoreFromBackup", szTable);
-  }
-  int BackupExists(LKString szTable) override {
-    Note("BackupExists", szTable);
-    return m_backups.contains(szTable.ToChar()) ? 1 : 0;
-  }
-  int DropBackupTable(LKString szTable) override { return Note("DropBackupTable", szTable); }
-
-  std::vector<std::string> m_operations;  // "DropBackupTable(LK_REP_TABLE1)"
-  std::set<std::string> m_backups;        // tables whose backup exists
-  std::set<std::string> m_failing;        // operations, as they are written down, that answer 0
-  std::function<void()> m_onRestore;
-
- private:
-  int Note(const char* szOperation, const LKString& szTable, const std::string& more = {}) {
-    m_operations.push_back(std::string(szOperation) + "(" + szTable.ToChar() + more + ")");
-    return m_failing.contains(m_operations.back()) ? 0 : 1;
-  }
-};
 
 // A transaction copy whose host fields can be read.
 template <class Load>

@@ -6,10 +6,11 @@
 
 namespace {
 
-using plugin_test::kHighStatus;
-using plugin_test::kLowBitsZero;
+using scripted::kHighStatus;
+using scripted::kLowBitsZero;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -125,7 +126,7 @@ TEST_F(CreateProperties, ATableThatIsThereFailsTheCreateBeforeAnyRowIsWritten) {
 }
 
 TEST_F(CreateProperties, AFailedAllocationEndsATimerThatWasNotStarted) {
-  Oci().FailCall("OCIHandleAlloc", 1, plugin_test::SchemaTest::StatusFault(kHighStatus));
+  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
   EXPECT_EQ(Run(), 0);
   EXPECT_THAT(XactCalls(), ElementsAre(Alloc()));
   EXPECT_FALSE(m_xact.GetTimer().IsStarted());
@@ -223,6 +224,20 @@ TEST_F(DropProperties, BothNumbersAreIgnoredWhileTheStatementRuns) {
   EXPECT_EQ(Run(), 1);
   EXPECT_TRUE(bTable);
   EXPECT_TRUE(bObject);
+}
+
+TEST_F(DropProperties, TheTimerIsEndedBeforeTheReportAndTheNumbersAreIgnoredUntilTheHandleIsFreed) {
+  for (const bool bFails : {true, false}) {
+    bool bEnded = false;
+    bool bIgnored = false;
+    if (bFails) Oci().FailSql(kDropTable, 1, OraFault(54));
+    Oci().After(bFails ? "OCIErrorGet" : "OCIHandleFree", 1, [&] { bEnded = m_xact.GetTimer().IsEnded(); });
+    Oci().After("OCIHandleFree", 1,
+                [&] { bIgnored = m_driver.IsIgnoredError(942) && m_driver.IsIgnoredError(4043); });
+    EXPECT_EQ(Run(), bFails ? 0 : 1);
+    EXPECT_TRUE(bEnded) << bFails;
+    EXPECT_TRUE(bIgnored) << bFails;
+  }
 }
 
 TEST_F(DropProperties, AnotherErrorIsReported) {

@@ -5,9 +5,10 @@
 
 namespace {
 
-using plugin_test::kHighStatus;
+using scripted::kHighStatus;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -210,7 +211,8 @@ TEST_F(RefreshTable, InBackupModeOnlyBackupCopiesAreRefreshedAndTablesWithoutOne
   m_properties.SetIntAttribute2(1);
   m_driver.m_backups = {"LK_REP_TABLE1", "LK_REP_TABLE3"};
   EXPECT_EQ(Prepare1(), 1);
-  EXPECT_THAT(m_driver.m_asked, ElementsAre("LK_REP_TABLE1", "LK_REP_TABLE2", "LK_REP_TABLE3"));
+  EXPECT_THAT(m_driver.m_operations, ElementsAre("BackupExists(LK_REP_TABLE1)", "BackupExists(LK_REP_TABLE2)",
+                                                 "BackupExists(LK_REP_TABLE3)"));
   EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1_BAK", "LK_REP_TABLE3_BAK"));
 }
 
@@ -223,7 +225,7 @@ TEST_F(RefreshTable, BackupModeNeedsBothTheSettingAndAPositiveSelector) {
   m_properties.SetIntAttribute2(1);
   EXPECT_EQ(Prepare1(), 1);
   EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1"));
-  EXPECT_THAT(m_driver.m_asked, IsEmpty());
+  EXPECT_THAT(m_driver.m_operations, IsEmpty());
 }
 
 TEST_F(RefreshTable, PostBenchmarkFreesTheHandleAndKeepsThePointer) {

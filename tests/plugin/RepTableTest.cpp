@@ -14,8 +14,10 @@ namespace {
 
 using scripted::DescribeTable;
 using scripted::IdColumn;
+using scripted::kHighStatus;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using scripted::TextColumn;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -94,15 +96,26 @@ TEST_F(RepTable, AFailedDescribeIsReportedAndFreesTheHandle) {
   EXPECT_EQ(ExtraHandles(), 0);
 }
 
+TEST_F(RepTable, AFailedPrepareOrDescribeIsReportedWithItsWholeStatus) {
+  for (const char* szCall : {"OCIStmtPrepare", "OCIStmtExecute"}) {
+    m_reports.Clear();
+    Oci().FailCall(szCall, 1, StatusFault(kHighStatus));
+    EXPECT_EQ(CRepTable(&m_driver, L"LK_REP_TABLE1").Initialize(), 0) << szCall;
+    ASSERT_EQ(m_reports.Reports().size(), 1U);
+    EXPECT_THAT(m_reports.Reports()[0], testing::HasSubstr("status 65541 ")) << szCall;
+  }
+}
+
 TEST_F(RepTable, ColumnsThatCannotBeReadAreReportedAndTheHandleIsKept) {
-  Oci().FailCall("OCIParamGet", 1, {OCI_ERROR, 0, ""});
+  Oci().FailCall("OCIParamGet", 1, StatusFault(kHighStatus));
   {
     CRepTable table(&m_driver, L"LK_REP_TABLE1");
     EXPECT_EQ(table.Initialize(), 0);
     EXPECT_NE(table.m_pStmt, nullptr);
     EXPECT_EQ(ExtraHandles(), 1);
     ASSERT_EQ(m_reports.Reports().size(), 1U);
-    EXPECT_THAT(m_reports.Reports()[0], testing::HasSubstr("Unable to initialize columns"));
+    EXPECT_THAT(m_reports.Reports()[0], testing::AllOf(testing::HasSubstr("Unable to initialize columns"),
+                                                       testing::HasSubstr("status -1 ")));
   }
   EXPECT_EQ(ExtraHandles(), 0);
 }

@@ -8,10 +8,11 @@
 
 namespace {
 
-using plugin_test::kHighStatus;
-using plugin_test::kLowBitsZero;
+using scripted::kHighStatus;
+using scripted::kLowBitsZero;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -128,6 +129,19 @@ TEST_F(CreateTables, AWeightOfZeroIsNeverChosenAndWeightsAreFrequencies) {
   EXPECT_EQ(Count(sql, " DATE "), 0u);
   EXPECT_EQ(Count(sql, " NUMBER NOT NULL") - 1 + Count(sql, " CHAR(9) "), 4000u);  // less that of ID
   EXPECT_NEAR(static_cast<double>(Count(sql, " CHAR(9) ")), 3000, 150);
+}
+
+TEST_F(CreateTables, EachColumnIsDrawnFromConsecutiveSlotsInTheOrderOfTheDefinitions) {
+  SetColumns({Column(L"NUMBER", 2, false), nullptr, Column(L"DATE", 1, false), Column(L"CHAR(9)", 3, false)});
+  SetColumnNumbers(50, 50);
+  const char* const slots[] = {"NUMBER", "NUMBER", "DATE", "CHAR(9)", "CHAR(9)", "CHAR(9)"};
+  CUniqueRandom twin;
+  twin.Seed(7);
+  std::string sql = "CREATE TABLE LK_REP_TABLE7 (ID NUMBER NOT NULL,";
+  for (int nColumn = 1; nColumn <= 50; ++nColumn)
+    sql += "Column" + std::to_string(nColumn) + " " + slots[twin.GetRandom(6) - 1] +
+           (nColumn == 50 ? " NOT NULL, PRIMARY KEY(ID))" : " NOT NULL,");
+  EXPECT_EQ(Build(7), sql);
 }
 
 TEST_F(CreateTables, AMissingEntryTakesNoSlot) {
@@ -275,7 +289,8 @@ TEST_F(DropTables, DropsTablesAndTheirBackupsUntilOneIsMissingAndReturnsZero) {
   EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(Drop(1)), Execute(OCI_COMMIT_ON_SUCCESS),
                                          Prepare(Drop(2)), Execute(OCI_COMMIT_ON_SUCCESS), Prepare(Drop(3)),
                                          Execute(OCI_COMMIT_ON_SUCCESS), ReadError(), Free()));
-  EXPECT_THAT(m_driver.m_dropped, ElementsAre("LK_REP_TABLE1", "LK_REP_TABLE2"));
+  EXPECT_THAT(m_driver.m_operations,
+              ElementsAre("DropBackupTable(LK_REP_TABLE1)", "DropBackupTable(LK_REP_TABLE2)"));
   EXPECT_THAT(m_reports.Reports(), IsEmpty());
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
 }
@@ -285,7 +300,7 @@ TEST_F(DropTables, OnAnEmptySchemaNothingIsReportedAndTheResultIsZero) {
   EXPECT_EQ(Run(), 0);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre(Drop(1)));
   EXPECT_THAT(m_reports.Reports(), IsEmpty());
-  EXPECT_THAT(m_driver.m_dropped, IsEmpty());
+  EXPECT_THAT(m_driver.m_operations, IsEmpty());
 }
 
 TEST_F(DropTables, StartsAtTheFirstTableOfTheRunAndGoesBeyondTheNumberOfTables) {
@@ -308,6 +323,14 @@ TEST_F(DropTables, AMissingTableIsToldByItsErrorNumberOnly) {
   Oci().FailSql(Drop(1), 1, OraFault(54));
   EXPECT_EQ(Run(), 0);
   EXPECT_THAT(OneReport(), HasSubstr("ORA-00054"));
+}
+
+TEST_F(DropTables, TheTimerIsEndedBeforeTheErrorIsRead) {
+  bool bEnded = false;
+  Oci().FailSql(Drop(1), 1, OraFault(942));
+  Oci().After("OCIErrorGet", 1, [&] { bEnded = m_xact.GetTimer().IsEnded(); });
+  EXPECT_EQ(Run(), 0);
+  EXPECT_TRUE(bEnded);
 }
 
 TEST_F(DropTables, AFailedPrepareIsReportedByItsLowBitsAndFreesTheHandle) {

@@ -11,30 +11,14 @@
 #include <utility>
 #include <vector>
 
+#include "BackupDriver.h"
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
 #include "ConnectedDriver.h"
 #include "db/Xact.h"
 
 namespace plugin_test {
 
-// Writes the backup operations down instead of running SQL; only the names in m_backups have a backup.
-class BackupDriver : public COracle8Driver {
- public:
-  int DropBackupTable(LKString szTable) override {
-    m_dropped.push_back(szTable.ToChar());
-    return 1;
-  }
-  int BackupExists(LKString szTable) override {
-    m_asked.push_back(szTable.ToChar());
-    return m_backups.contains(szTable.ToChar()) ? 1 : 0;
-  }
-
-  std::set<std::string> m_backups;
-  std::vector<std::string> m_asked;
-  std::vector<std::string> m_dropped;
-};
-
-class SchemaTest : public scripted::ConnectedDriver<BackupDriver> {
+class SchemaTest : public scripted::ConnectedDriver<scripted::BackupDriver> {
  protected:
   using Calls = std::vector<std::string>;
 
@@ -81,18 +65,11 @@ class SchemaTest : public scripted::ConnectedDriver<BackupDriver> {
     return reports.empty() ? "" : reports.front();
   }
 
-  // A failure without an error record: its report names the status that was passed on.
-  static scripted::Fault StatusFault(sword status) { return {status, 0, ""}; }
-
   CREP_ORA8 m_benchmark;
   CBenchmarkProperties m_properties;
 
  private:
   static std::string Name(const void* handle) { return scripted::Oci().NameOf(handle); }
 };
-
-// Two statuses with the same low half: one that differs when masked, one that is no failure at all.
-inline constexpr sword kHighStatus = 0x10005;
-inline constexpr sword kLowBitsZero = 0x10000;
 
 }  // namespace plugin_test

@@ -6,9 +6,10 @@
 
 namespace {
 
-using plugin_test::kHighStatus;
+using scripted::kHighStatus;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -97,6 +98,16 @@ TEST_F(CreateSequence, AnExistingSequenceIsAReportedFailure) {
               ElementsAre(Alloc(), Prepare(CreateSql("1001")), Execute(OCI_COMMIT_ON_SUCCESS), Free()));
   EXPECT_THAT(OneReport(), HasSubstr("ORA-00955"));
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(CreateSequence, TheTimerIsEndedBeforeTheReportWhicheverCallFails) {
+  for (const char* szCall : {"OCIHandleAlloc", "OCIStmtPrepare", "OCIStmtExecute"}) {
+    bool bEnded = false;
+    Oci().FailCall(szCall, 1, OraFault(600));
+    Oci().After("OCIErrorGet", 1, [&] { bEnded = m_xact.GetTimer().IsEnded(); });
+    EXPECT_EQ(Run(1.0), 0) << szCall;
+    EXPECT_TRUE(bEnded) << szCall;
+  }
 }
 
 // Answers the generic statement operations and writes them down, with the state of the ignore list.

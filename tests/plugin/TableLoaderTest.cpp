@@ -18,9 +18,11 @@ using scripted::ColumnSpec;
 using scripted::DateColumn;
 using scripted::DescribeTable;
 using scripted::IdColumn;
+using scripted::kHighStatus;
 using scripted::NumberColumn;
 using scripted::Oci;
 using scripted::OraFault;
+using scripted::StatusFault;
 using scripted::TextColumn;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -360,6 +362,18 @@ TEST_F(TableLoader, AFailedBatchIsReportedWithTheDatabasesTextAndKeepsItsRowCoun
   ASSERT_EQ(m_reports.Errors().size(), 1U);
   EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
               testing::StartsWith("ORA-00001: unique constraint"));
+}
+
+TEST_F(TableLoader, AMissingHandleAndAFailedBatchAreReportedWithTheirWholeStatus) {
+  CTableLoader& loader = Loader({IdColumn()}, 3);
+  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(loader.BindColumns(), 0);
+  EXPECT_EQ(loader.BindColumns(), 1);
+  Fill(loader, 1, 1);
+  Oci().FailSql("INSERT", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(loader.SendRows(1), 0);
+  EXPECT_THAT(m_reports.Reports(),
+              ElementsAre(testing::HasSubstr("status 65541 "), testing::HasSubstr("status 65541 ")));
 }
 
 TEST_F(TableLoader, FewerBindsThanColumnsStillNameEveryColumn) {

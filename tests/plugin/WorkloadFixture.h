@@ -7,6 +7,7 @@
 #include <wx/log.h>
 
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
+#include "Benchmarks/CREP_ORA8/Xact_Delete.h"
 #include "ConnectedDriver.h"
 #include "ForeignDriver.h"
 #include "core/Random.h"
@@ -47,6 +48,17 @@ class WorkloadTest : public ConnectedDriver<> {
   void Start() {
     ASSERT_EQ(m_xact.PreBenchmark(), 1);
     Oci().ClearCalls();
+  }
+  // The delete of another copy: takes the first recorded row.
+  void DeleteOneRow() {
+    CXact_Delete xact;
+    xact.SetDriver(&m_driver);
+    xact.SetBenchmark(&m_benchmark);
+    xact.SetUserID(kUser);
+    xact.SetBenchmarkProperties(m_xact.GetBenchmarkProperties());
+    ASSERT_EQ(xact.PreBenchmark(), 1);
+    EXPECT_EQ(xact.Execute(), 1);
+    EXPECT_EQ(xact.PostBenchmark(), 1);
   }
   std::vector<std::pair<long, long>> MapEntries() {
     std::vector<std::pair<long, long>> entries;

@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <type_traits>
 
 #include "Benchmarks/CREP_ORA8/Xact_Delete.h"
 #include "Benchmarks/CREP_ORA8/Xact_Insert.h"
 #include "Benchmarks/CREP_ORA8/Xact_Update.h"
+#include "Recorders.h"
 #include "WorkloadFixture.h"
 
 namespace scripted {
@@ -174,6 +176,49 @@ template <class Transaction>
 class Workload : public CallList<Transaction> {};
 using Transactions = testing::Types<CXact_Insert, CXact_Update, CXact_Delete>;
 TYPED_TEST_SUITE(Workload, Transactions);
+
+TYPED_TEST(Workload, WithoutAnOracleDriverTouchesNeitherOciNorTheTimer) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    this->m_xact.SetDriver(pDriver);
+    EXPECT_EQ(this->m_xact.PreBenchmark(), 0);
+    EXPECT_EQ(this->m_xact.Execute(), 0);
+  }
+  EXPECT_THAT(Oci().Calls(), IsEmpty());
+  EXPECT_EQ(this->TimerState(), "idle");
+}
+
+TYPED_TEST(Workload, EveryFailureOfItsOwnStatementIsReportedWithItsWholeStatus) {
+  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
+  EXPECT_EQ(this->m_xact.PreBenchmark(), 0);
+  this->Start();
+  const bool bInsert = std::is_same_v<TypeParam, CXact_Insert>;
+  const std::string own = bInsert                                   ? kSequenceQuery
+                          : std::is_same_v<TypeParam, CXact_Update> ? "update"
+                                                                    : "delete";
+  Oci().FailSql(own, 1, StatusFault(kHighStatus));
+  EXPECT_EQ(this->m_xact.Execute(), 0);
+  const int nPreparesBefore = std::is_same_v<TypeParam, CXact_Update> ? 2 : 0;  // describe and insert
+  Oci().FailCall("OCIStmtPrepare", nPreparesBefore + 1, StatusFault(kHighStatus));
+  EXPECT_EQ(bInsert ? this->m_xact.PreBenchmark() : this->m_xact.Execute(), bInsert ? -1 : 0);
+  const auto wholeStatus = testing::HasSubstr("status 65541 ");
+  EXPECT_THAT(this->m_reports.Reports(), ElementsAre(wholeStatus, wholeStatus, wholeStatus));
+}
+
+TYPED_TEST(Workload, NoDebugLineIsMadeWhereTheLevelOrTheThreadAdmitsNone) {
+  this->Start();
+  LogRecorder log;
+  wxLog::SetLogLevel(wxLOG_Info);
+  EXPECT_EQ(this->m_xact.Execute(), 1);
+  wxLog::SetLogLevel(wxLOG_Debug);
+  {
+    const wxLogNull quiet;
+    EXPECT_EQ(this->m_xact.Execute(), 1);
+  }
+  EXPECT_THAT(log.Texts(), IsEmpty());
+  EXPECT_EQ(this->m_xact.Execute(), 1);
+  EXPECT_THAT(log.Texts(), SizeIs(1));
+}
 
 TYPED_TEST(Workload, WithoutABenchmarkSucceeds) {
   this->m_xact.SetBenchmark(nullptr);

@@ -46,17 +46,6 @@ TEST_F(XactDelete, WithoutTablesTheAssertionNamesLine60) {
               ElementsAre("Benchmarks/CREP_ORA8/Xact_Delete.cpp:60 PreBenchmark: m_nNumberOfTables > 0"));
 }
 
-TEST_F(XactDelete, WithoutAnOracleDriverNothingTouchesOci) {
-  ForeignDriver foreign;
-  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
-    m_xact.SetDriver(pDriver);
-    EXPECT_EQ(m_xact.PreBenchmark(), 0);
-    EXPECT_EQ(m_xact.Execute(), 0);
-  }
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-  m_xact.SetDriver(&m_driver);
-}
-
 TEST_F(XactDelete, WithAnEmptyMapARandomRowOfTheTruncatedScaleIsDeleted) {
   SetSettings(5, 2.7);
   Start();

@@ -33,6 +33,11 @@ struct Fault {
   std::string text = {};
 };
 Fault OraFault(sb4 code, const std::string& text = "scripted failure");
+// A failure without a record: its report names the status that was passed on.
+inline Fault StatusFault(sword status) { return {status, 0, ""}; }
+// Two statuses with a high half: one that differs when it is masked, one that is no failure at all.
+inline constexpr sword kHighStatus = 0x10005;
+inline constexpr sword kLowBitsZero = 0x10000;
 
 using Cell = std::optional<std::string>;  // text of a value; no value: NULL
 using ResultSet = std::vector<std::vector<Cell>>;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// A driver of another database, for transactions that must not touch OCI with it.
+// A driver of another database, which does nothing: for transactions that must not touch OCI with it, and for
+// what all drivers have in common.
 #pragma once
 
 #include "db/DriverBase.h"
