@@ -23,7 +23,8 @@ inline void KeepOnly(std::span<const int> descriptors) {
   for (std::size_t i = 0; i < descriptors.size() && i < kMost; ++i) dup2(aside[i], static_cast<int>(i));
   const auto first_other = static_cast<unsigned>(descriptors.size());
   if (close_range(first_other, ~0U, 0) == 0) return;
-  for (long fd = first_other, end = sysconf(_SC_OPEN_MAX); fd < end; ++fd) close(static_cast<int>(fd));
+  constexpr int kMostOpen = 65536;  // the limit itself may be a thousand million
+  for (int fd = static_cast<int>(first_other); fd < kMostOpen; ++fd) close(fd);
 }
 
 // Ended by the kernel when the parent ends; at once when the parent has ended already.

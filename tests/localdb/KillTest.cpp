@@ -132,11 +132,11 @@ TEST_F(LocalServerKill, TerminatingTheKeeperStopsTheServerCleanly) {
   EXPECT_THAT(ReadFile(Db() / "server.log"), HasSubstr("Shutdown complete"));
 }
 
-TEST_F(LocalServerKill, AnInterruptFromTheTerminalReachesTheUserOnly) {
+TEST_F(LocalServerKill, ASignalToTheGroupOfTheTerminalReachesTheUserOnly) {
   UserProcess user(Db(), [] { setpgid(0, 0); });
   const pid_t server = user.ServerPid();
   const LocalServer other(Db());
-  kill(-user.Pid(), SIGINT);
+  kill(-user.Pid(), SIGTERM);
   EXPECT_TRUE(Eventually([&] { return !IsRunning(user.Pid()); }));
   EXPECT_EQ(SqlClient(other).Value("SELECT 1"), "1");
   EXPECT_EQ(other.ServerPid(), server);

@@ -109,6 +109,17 @@ TEST_F(LocalServerTest, TheStarterMayEndBeforeOthers) {
   EXPECT_EQ(server.ServerPid(), starter.ServerPid());
 }
 
+TEST_F(LocalServerTest, TheLastUserStopsTheServerAlsoWhenItHasJoined) {
+  UserProcess starter(Db());
+  const pid_t server_pid = starter.ServerPid();
+  {
+    const LocalServer joined(Db());
+    starter.Leave();
+    EXPECT_TRUE(IsRunning(server_pid));
+  }
+  EXPECT_FALSE(IsRunning(server_pid));
+}
+
 TEST_F(LocalServerTest, OfManyThatBeginAtOnceOneStartsAndTheOthersJoin) {
   std::deque<UserProcess> users;
   for (int i = 0; i < 8; ++i) users.emplace_back(Db());
