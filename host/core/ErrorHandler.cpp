@@ -10,22 +10,6 @@ int CErrorHandler::HandleError(CError* pError) {
   return pNext ? pNext->HandleError(pError) : 0;
 }
 
-void CErrorHandler::HandleCriticalMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
-  Report(CRITICAL_LEVEL, L"-1", szMessage, bAlwaysDisplay);
-}
-
-void CErrorHandler::HandleErrorMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
-  Report(ERROR_LEVEL, L"-1", szMessage, bAlwaysDisplay);
-}
-
-void CErrorHandler::HandleWarningMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
-  Report(WARNING_LEVEL, L"0", szMessage, bAlwaysDisplay);
-}
-
-void CErrorHandler::HandleInfoMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
-  Report(INFO_LEVEL, L"0", szMessage, bAlwaysDisplay);
-}
-
 void CErrorHandler::AddHandler(CErrorHandler* pHandler) {
   CErrorHandler* pLast = this;
   for (;;) {
@@ -36,15 +20,4 @@ void CErrorHandler::AddHandler(CErrorHandler* pHandler) {
     }
     pLast = pLast->m_pNextHandler;
   }
-}
-
-void CErrorHandler::Report(eErrorLevel eLevel, const wchar_t* szNumber, const wchar_t* szMessage,
-                           int bAlwaysDisplay) {
-  if (!szMessage) return;
-  CError error;
-  error.m_bAlwaysDisplay = bAlwaysDisplay;
-  error.m_szErrorMessage = szMessage;
-  error.m_szErrorNumber = szNumber;
-  error.m_eErrorLevel = eLevel;
-  HandleError(&error);
 }

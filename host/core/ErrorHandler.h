@@ -37,11 +37,19 @@ class CErrorHandler {
   virtual int HandleError(CError* pError);
 
   // Each builds a CError with number "-1" (critical, error) or "0" (warning, information) and hands it to
-  // HandleError of this handler. A null message does nothing.
-  void HandleCriticalMsg(const wchar_t* szMessage, int bAlwaysDisplay);
-  void HandleErrorMsg(const wchar_t* szMessage, int bAlwaysDisplay);
-  void HandleWarningMsg(const wchar_t* szMessage, int bAlwaysDisplay);
-  void HandleInfoMsg(const wchar_t* szMessage, int bAlwaysDisplay);
+  // HandleError of this handler. A null message does nothing. Inline: whoever calls them builds them in.
+  void HandleCriticalMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
+    Report(CRITICAL_LEVEL, L"-1", szMessage, bAlwaysDisplay);
+  }
+  void HandleErrorMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
+    Report(ERROR_LEVEL, L"-1", szMessage, bAlwaysDisplay);
+  }
+  void HandleWarningMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
+    Report(WARNING_LEVEL, L"0", szMessage, bAlwaysDisplay);
+  }
+  void HandleInfoMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
+    Report(INFO_LEVEL, L"0", szMessage, bAlwaysDisplay);
+  }
 
   void AddHandler(CErrorHandler* pHandler);  // appends at the end of the chain; not owned
 
@@ -54,3 +62,14 @@ class CErrorHandler {
  private:
   void Report(eErrorLevel eLevel, const wchar_t* szNumber, const wchar_t* szMessage, int bAlwaysDisplay);
 };
+
+inline void CErrorHandler::Report(eErrorLevel eLevel, const wchar_t* szNumber, const wchar_t* szMessage,
+                                  int bAlwaysDisplay) {
+  if (!szMessage) return;
+  CError error;
+  error.m_bAlwaysDisplay = bAlwaysDisplay;
+  error.m_szErrorMessage = szMessage;
+  error.m_szErrorNumber = szNumber;
+  error.m_eErrorLevel = eLevel;
+  HandleError(&error);
+}

@@ -9,9 +9,11 @@
 
 namespace {
 
+using testing::Contains;
 using testing::Each;
 using testing::IsSupersetOf;
 using testing::MatchesRegex;
+using testing::Not;
 
 constexpr size_t kNameColumn = 19;  // behind the address and the kind
 
@@ -56,6 +58,10 @@ TEST(Exports, LeaveTheOciCallsToWhoeverLoadsTheLibrary) {
       Symbols("-D --undefined-only"),
       IsSupersetOf({"OCIHandleAlloc", "OCIHandleFree", "OCIStmtPrepare", "OCIStmtExecute", "OCIBindByPos",
                     "OCIBindArrayOfStruct", "OCIDefineByPos", "OCIAttrGet", "OCIParamGet", "OCIErrorGet"}));
+}
+
+TEST(Exports, BuildTheMessagesOfAnErrorHandlerIntoTheLibrary) {
+  EXPECT_THAT(Symbols("-D --undefined-only"), Not(Contains(testing::StartsWith("CErrorHandler::Handle"))));
 }
 
 TEST(SourceFiles, HaveAnIdentifierAndAMapOfGlobalsEach) {
