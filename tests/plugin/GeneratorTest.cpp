@@ -25,6 +25,7 @@ TEST_F(SequenceGenerator, CountsFromOne) {
   EXPECT_EQ(Number(generator), 1.0);
   EXPECT_EQ(Number(generator), 2.0);
   EXPECT_EQ(Number(generator), 3.0);
+  EXPECT_TRUE(StreamsAreAtTheSamePlace());
 }
 
 TEST_F(SequenceGenerator, CountsFromTheStartingRow) {

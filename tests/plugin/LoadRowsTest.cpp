@@ -168,6 +168,27 @@ TEST_F(LoadRows, MessagesNameTheTable) {
   for (const CError& error : m_reports.Errors()) EXPECT_EQ(error.m_bAlwaysDisplay, 0);
 }
 
+// Notes at each report how many statement handles have been freed.
+class FreeCounter final : public CErrorHandler {
+ public:
+  int HandleError(CError*) override {
+    m_freed.push_back(Oci().CountCalls("OCIHandleFree"));
+    return 1;
+  }
+  std::vector<int> m_freed;
+};
+
+TEST_F(LoadRows, ATableIsReportedAsCompletedOnceItsLoaderIsGone) {
+  HaveTables(1);
+  m_properties.SetScale(0.001);
+  FreeCounter counter;
+  m_driver.AddHandler(&counter);
+  EXPECT_EQ(ReadyUser(1, 1)->Execute(), 1);
+  ASSERT_EQ(counter.m_freed.size(), 2U);
+  EXPECT_EQ(counter.m_freed[0], 0);
+  EXPECT_GE(counter.m_freed[1], 1);
+}
+
 TEST_F(LoadRows, MessagesNameTheSetWhenThereAreSeveral) {
   HaveTables(1);
   m_properties.SetScale(0.01);
@@ -266,7 +287,10 @@ TEST_F(LoadRows, ACancelBreaksTheSessionAndKeepsWhatWasSent) {
   m_properties.SetScale(2.0);
   const auto pUser = ReadyUser(1, 1);
   Oci().After("OCIStmtExecute", 2, [&] { pUser->RequestCancel(); });  // the first batch
+  bool bTimerAtBreak = true;
+  Oci().After("OCIBreak", 1, [&] { bTimerAtBreak = pUser->GetTimer().IsStarted(); });
   EXPECT_EQ(pUser->Execute(), 0);
+  EXPECT_FALSE(bTimerAtBreak);
   EXPECT_THAT(BatchSizes(), ElementsAre(500));
   EXPECT_EQ(pUser->GetRowsProcessed(), 500);
   EXPECT_FALSE(pUser->GetTimer().IsStarted());
@@ -326,6 +350,34 @@ TEST_F(LoadRows, AMissingBackupIsFilledFromRowOneAlthoughTheTableIsLoaded) {
   EXPECT_EQ(ReadyUser(1, 1)->Execute(), 1);
   EXPECT_EQ(InsertedIds("LK_REP_TABLE1_BAK"), Ids(1501, 2000));
   EXPECT_EQ(InsertedIds("LK_REP_TABLE2_BAK"), Ids(1, 2000));
+}
+
+TEST_F(LoadRows, ABackupThatIsThereByNowIsNeitherCreatedNorFilledFromRowOne) {
+  HaveTables(1);
+  UseBackup();
+  m_properties.SetScale(2.0);
+  m_properties.SetLoadedMaxScale(1.5);
+  const auto pUser = ReadyUser(1, 1);
+  m_driver.m_backups = {"LK_REP_TABLE1"};
+  EXPECT_EQ(pUser->PreBenchmark(), 1);
+  ASSERT_EQ(pUser->m_BackupTableMap.GetCount(), 1);  // of the first time
+  m_driver.m_operations.clear();
+  EXPECT_EQ(pUser->PreIteration(), 1);
+  EXPECT_THAT(m_driver.m_operations, IsEmpty());
+  EXPECT_EQ(pUser->Execute(), 1);
+  EXPECT_EQ(InsertedIds("LK_REP_TABLE1_BAK"), Ids(1501, 2000));
+}
+
+TEST_F(LoadRows, WithoutTheOptionAnyMoreTheTableItselfIsFilledAboveTheLoadedScale) {
+  HaveTables(1);
+  UseBackup();
+  m_properties.SetScale(2.0);
+  m_properties.SetLoadedMaxScale(1.5);
+  const auto pUser = ReadyUser(1, 1);
+  m_properties.SetCreateUseBackup(false);
+  pUser->SetBenchmarkProperties(m_properties);
+  EXPECT_EQ(pUser->Execute(), 1);
+  EXPECT_EQ(InsertedIds("LK_REP_TABLE1"), Ids(1501, 2000));
 }
 
 }  // namespace

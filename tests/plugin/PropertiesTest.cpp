@@ -47,7 +47,7 @@ class CreateProperties : public plugin_test::SchemaTest {
   }
   static std::string Block(const std::string& rows) { return "BEGIN " + rows + " END;"; }
 
-  CXact_Create_Replication_Properties_Table m_xact;
+  plugin_test::Counting<CXact_Create_Replication_Properties_Table> m_xact;
 };
 
 TEST_F(CreateProperties, CreatesTheTableAndWritesAllRowsInOneBlockWithoutACommit) {
@@ -173,8 +173,13 @@ TEST_F(CreateProperties, TheTimerIsEndedBeforeTheReportIsMade) {
   EXPECT_TRUE(bEnded);
 }
 
-TEST_F(CreateProperties, CountersStartAtZeroInEveryRun) {
+TEST_F(CreateProperties, CountersStartAtZeroInEveryRunThatGetsAHandle) {
   m_xact.m_nRows = 7;
+  m_xact.m_nXactBytes = 8;
+  Oci().FailCall("OCIHandleAlloc", 1, OraFault(4031));
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 7);  // not yet set back
+  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 8);
   Oci().FailSql("CREATE TABLE", 1, OraFault(955));
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
@@ -192,7 +197,7 @@ class DropProperties : public plugin_test::SchemaTest {
     EXPECT_FALSE(m_driver.IsIgnoredError(4043));
   }
 
-  CXact_Drop_Replication_Properties_Table m_xact;
+  plugin_test::Counting<CXact_Drop_Replication_Properties_Table> m_xact;
 };
 
 TEST_F(DropProperties, DropsTheTableWithACommit) {
@@ -201,6 +206,14 @@ TEST_F(DropProperties, DropsTheTableWithACommit) {
               ElementsAre(Alloc(), Prepare(kDropTable), Execute(OCI_COMMIT_ON_SUCCESS), Free()));
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
   ExpectNothingIgnored();
+}
+
+TEST_F(DropProperties, CountersStartAtZeroInEveryRun) {
+  m_xact.m_nRows = 7;
+  m_xact.m_nXactBytes = 8;
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
 }
 
 TEST_F(DropProperties, AMissingTableIsAFailureThatIsNotReported) {

@@ -62,6 +62,13 @@ TEST_F(RefreshTable, ATableThatKeepsNothingIsTruncatedWithoutAMessage) {
   EXPECT_THAT(Messages(), IsEmpty());
 }
 
+TEST_F(RefreshTable, OnlyACountOfZeroTruncates) {
+  SetScales(-0.5, 1);
+  Oci().RowCounts("DELETE", {0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(), ElementsAre(DeleteSql("LK_REP_TABLE1", "-500")));
+}
+
 TEST_F(RefreshTable, RowsAboveTheScaleAreDeletedInCommittedBatchesOnOneHandle) {
   SetScales(1, 13.345);
   const std::string sql = DeleteSql("LK_REP_TABLE1", "1000");

@@ -292,6 +292,7 @@ TEST_F(DropTables, DropsTablesAndTheirBackupsUntilOneIsMissingAndReturnsZero) {
   EXPECT_THAT(m_driver.m_operations,
               ElementsAre("DropBackupTable(LK_REP_TABLE1)", "DropBackupTable(LK_REP_TABLE2)"));
   EXPECT_THAT(m_reports.Reports(), IsEmpty());
+  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
 }
 

@@ -18,6 +18,13 @@
 
 namespace plugin_test {
 
+// A transaction whose byte counter can be set.
+template <class Transaction>
+class Counting : public Transaction {
+ public:
+  using CXact::m_nXactBytes;
+};
+
 class SchemaTest : public scripted::ConnectedDriver<scripted::BackupDriver> {
  protected:
   using Calls = std::vector<std::string>;

@@ -26,7 +26,7 @@ class CreateSequence : public plugin_test::SchemaTest {
     return m_xact.Execute();
   }
 
-  CXact_Create_Sequence m_xact;
+  plugin_test::Counting<CXact_Create_Sequence> m_xact;
 };
 
 TEST_F(CreateSequence, CreatesItWithACommitAndEndsTheTimer) {
@@ -98,6 +98,14 @@ TEST_F(CreateSequence, AnExistingSequenceIsAReportedFailure) {
               ElementsAre(Alloc(), Prepare(CreateSql("1001")), Execute(OCI_COMMIT_ON_SUCCESS), Free()));
   EXPECT_THAT(OneReport(), HasSubstr("ORA-00955"));
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
+}
+
+TEST_F(CreateSequence, CountersStartAtZeroInEveryRun) {
+  m_xact.m_nRows = 7;
+  m_xact.m_nXactBytes = 8;
+  EXPECT_EQ(Run(1.0), 1);
+  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
+  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
 }
 
 TEST_F(CreateSequence, TheTimerIsEndedBeforeTheReportWhicheverCallFails) {

@@ -40,8 +40,11 @@ const char* LevelName(eErrorLevel level) {
 }  // namespace
 
 int RecordingHandler::HandleError(CError* pError) {
-  const std::lock_guard lock(m_mutex);
-  m_errors.push_back(*pError);
+  {
+    const std::lock_guard lock(m_mutex);
+    m_errors.push_back(*pError);
+  }
+  CErrorHandler::HandleError(pError);
   return 1;
 }
 

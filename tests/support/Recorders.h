@@ -13,7 +13,7 @@
 
 namespace scripted {
 
-// The end of a chain. Texts are "ERROR -1: message" (level, number, message).
+// A link of a chain, mostly its end. Texts are "ERROR -1: message" (level, number, message).
 class RecordingHandler final : public CErrorHandler {
  public:
   int HandleError(CError* pError) override;
