@@ -95,6 +95,18 @@ TEST_F(WorkloadRun, ARefreshCutsTheBackupsToo) {
     EXPECT_EQ(Ids(table), Exactly(1000)) << table;
 }
 
+TEST_F(WorkloadRun, AfterAKilledRefreshALoadFillsTheGapAgain) {
+  Do({"create", "--tables", "1"});
+  Do({"load", "--scale", "60"});
+  Program refresh(Arguments({"refresh", "--scale", "1"}));
+  EXPECT_TRUE(refresh.WaitFor([&] { return Value("SELECT COUNT(*) FROM LK_REP_TABLE1") != "60000"; }));
+  refresh.Signal(SIGKILL);
+  EXPECT_EQ(refresh.Wait().signal, SIGKILL);
+  EXPECT_NE(Ids("LK_REP_TABLE1"), Exactly(1000));
+  Do({"load", "--scale", "60"});
+  EXPECT_EQ(Ids("LK_REP_TABLE1"), Exactly(60000));
+}
+
 TEST_F(WorkloadRun, AnInterruptedWorkloadStillReports) {
   Do({"create", "--tables", "1"});
   Do({"load"});
