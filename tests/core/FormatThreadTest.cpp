@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <functional>
+#include <latch>
 #include <thread>
 #include <vector>
 
@@ -33,7 +36,52 @@ std::string Expected(int nThread, int nRound) {
   return "T" + std::to_string(nThread) + " where id = " + std::to_string(nRound) + "!";
 }
 
+// An argument whose rendering, within the call that renders it, does what the test says.
+struct Acting {
+  const std::function<void()>* pAct;
+};
+wxString LKFormatArgument(const Acting& acting) {
+  (*acting.pAct)();
+  return "acted";
+}
+
 }  // namespace
+
+TEST(FormatThreads, OfOneInstantiationTakeTurns) {
+  std::atomic<int> nInside{0};
+  std::atomic<int> nMost{0};
+  const std::function<void()> act = [&] {
+    nMost = std::max(nMost.load(), ++nInside);
+    std::this_thread::yield();
+    --nInside;
+  };
+  const int nWrong = CountWrongTexts([&](int, int nRound) {
+    LKString text;
+    text.Format(L"%s %d", Acting{&act}, nRound);
+    return text.ToChar() == "acted " + std::to_string(nRound);
+  });
+  EXPECT_EQ(nWrong, 0);
+  EXPECT_EQ(nMost, 1);
+}
+
+// Were one lock held for all, this test would wait for itself.
+TEST(FormatThreads, OfDifferentInstantiationsDoNotWaitForEachOther) {
+  std::latch inside(1);
+  std::latch done(1);
+  const std::function<void()> act = [&] {
+    inside.count_down();
+    done.wait();
+  };
+  LKString held;
+  std::jthread holder([&] { held.Format(L"%s %d", Acting{&act}, 1); });
+  inside.wait();
+  LKString text;
+  text.Format(L"%s %d %d", "other", 2, 3);
+  EXPECT_EQ(text, LKString(L"other 2 3"));
+  done.count_down();
+  holder.join();
+  EXPECT_EQ(held, LKString(L"acted 1"));
+}
 
 TEST(FormatThreads, OfOneInstantiationDoNotMixTheirMatches) {
   const int nWrong = CountWrongTexts([](int nThread, int nRound) {
@@ -47,7 +95,7 @@ TEST(FormatThreads, OfOneInstantiationDoNotMixTheirMatches) {
   EXPECT_EQ(nWrong, 0);
 }
 
-TEST(FormatThreads, OfDifferentInstantiationsDoNotBlockEachOther) {
+TEST(FormatThreads, OfDifferentInstantiationsGiveTheirOwnTexts) {
   const int nWrong = CountWrongTexts([](int nThread, int nRound) {
     LKString text;
     switch (nThread % 4) {
