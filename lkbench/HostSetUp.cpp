@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <string>
+#include <thread>
 
 #include "core/Assert.h"
 #include "lkbench/Text.h"
@@ -29,6 +30,8 @@ HostSetUp::HostSetUp(Console& console, ErrorLog& log) : m_target(std::make_uniqu
   LKSetAssertSink([&log](const LKAssertion& assertion) { ReportAssertion(log, assertion); });
   wxLog::SetActiveTarget(m_target.get());
   wxLog::SetTimestamp(wxString());
+  // wxWidgets makes its table of threads when the first of them logs: here, and not in many users at a time.
+  std::thread([] { const ThreadLog first; }).join();
   wxLog::SetLogLevel(console.Level() == LogLevel::kDebug ? wxLOG_Debug : wxLOG_Warning);
 }
 
