@@ -166,17 +166,20 @@ TEST_F(WorkloadTest, TheTimeEndsIt) {
 }
 
 TEST_F(WorkloadTest, AUserWhoseSessionIsLostEndsAloneAndIsCounted) {
-  std::atomic<bool> lost{false};
+  std::atomic<bool> ended{false};
   const auto go_on = [&](FakeXact& xact) {
-    if (lost && ++m_calls >= 50) m_cancel.Set();
+    if (ended && ++m_calls >= 50) m_cancel.Set();
     return OneRow(xact);
   };
   Add(0, 1, go_on);
   Add(1, 1, [&](FakeXact&) {
     m_users.Driver(1).LoseSession();
-    lost = true;
     return 0;
   });
+  m_xacts[1]->m_PostBenchmark = [&] {
+    ended = true;
+    return 1;
+  };
   Add(2, 1, go_on);
   const WorkloadResult result = Run();
   EXPECT_EQ(result.lost_users, 1);
