@@ -18,7 +18,7 @@ struct TypeRule {
   std::string name;
   size_t needed;                // numbers in the brackets: at least
   std::vector<Limits> numbers;  // at most this many, with these limits
-  bool is_text = false;         // takes BYTE or CHAR after the length
+  bool is_text = false;         // takes BYTE after the length
 };
 
 const std::vector<TypeRule>& Rules() {
@@ -36,9 +36,7 @@ const std::vector<TypeRule>& Rules() {
       {"DOUBLE PRECISION", 0, {}, false},
       {"VARCHAR2", 1, {{1, 4000}}, true},
       {"VARCHAR", 1, {{1, 4000}}, true},
-      {"NVARCHAR2", 1, {{1, 2000}}, false},
       {"CHAR", 0, {{1, 2000}}, true},
-      {"NCHAR", 0, {{1, 1000}}, false},
       {"DATE", 0, {}, false},
       {"TIMESTAMP", 0, {{0, 9}}, false},
       {"LONG", 0, {}, false},
@@ -79,10 +77,8 @@ ParsedType Parse(const std::string& type) {
   return parsed;
 }
 
-std::string WithoutUnit(const std::string& length) {
-  for (const char* unit : {" BYTE", " CHAR"})
-    if (Upper(length).ends_with(unit)) return Trimmed(length.substr(0, length.size() - 5));
-  return length;
+std::string WithoutBytes(const std::string& length) {
+  return Upper(length).ends_with(" BYTE") ? Trimmed(length.substr(0, length.size() - 5)) : length;
 }
 
 std::string ArgumentProblem(const TypeRule& rule, const ParsedType& parsed) {
@@ -91,8 +87,10 @@ std::string ArgumentProblem(const TypeRule& rule, const ParsedType& parsed) {
     return rule.name + " takes " + (rule.numbers.empty() ? "no" : Plural(rule.numbers.size(), "number")) +
            (rule.numbers.empty() ? " numbers" : "") + " in brackets";
   for (size_t i = 0; i < parsed.arguments.size(); ++i) {
-    const std::string text = rule.is_text ? WithoutUnit(parsed.arguments[i]) : parsed.arguments[i];
+    const std::string text = rule.is_text ? WithoutBytes(parsed.arguments[i]) : parsed.arguments[i];
     if (text == "*" && i == 0 && rule.numbers.size() == 2) continue;
+    if (rule.is_text && Upper(text).ends_with(" CHAR"))
+      return "its length must count bytes: the load makes as many letters as the column has bytes";
     std::int64_t number = 0;
     const Limits& limits = rule.numbers[i];
     if (!ParseInteger(text, number) || number < limits.low || number > limits.high)

@@ -210,29 +210,17 @@ TEST(Job, RowsAreAThousandPerUnitOfScaleTruncated) {
 }
 
 TEST(ColumnTypes, WhatTheLoaderBindsIsAllowed) {
-  for (const char* type : {"NUMBER",
-                           "NUMBER(10)",
-                           "NUMBER(10,2)",
-                           "number(7,-2)",
-                           "NUMBER(*,2)",
-                           "NUMERIC(5)",
-                           "DECIMAL(5,1)",
-                           "INTEGER",
-                           "INT",
-                           "SMALLINT",
-                           "FLOAT",
-                           "FLOAT(126)",
-                           "REAL",
-                           "DOUBLE PRECISION",
-                           "VARCHAR2(20)",
-                           "VARCHAR2(20 CHAR)",
-                           "varchar2 (20 byte)",
-                           "VARCHAR(5)",
-                           "CHAR",
-                           "CHAR(3)",
-                           "DATE",
-                           "TIMESTAMP",
-                           "TIMESTAMP(3)",
+  for (const char* type : {"NUMBER",       "NUMBER(10)",
+                           "NUMBER(10,2)", "number(7,-2)",
+                           "NUMBER(*,2)",  "NUMERIC(5)",
+                           "DECIMAL(5,1)", "INTEGER",
+                           "INT",          "SMALLINT",
+                           "FLOAT",        "FLOAT(126)",
+                           "REAL",         "DOUBLE PRECISION",
+                           "VARCHAR2(20)", "varchar2 (20 byte)",
+                           "VARCHAR(5)",   "CHAR",
+                           "CHAR(3)",      "DATE",
+                           "TIMESTAMP",    "TIMESTAMP(3)",
                            "LONG"})
     EXPECT_EQ(ColumnTypeProblem(type), "") << type;
 }
@@ -240,7 +228,8 @@ TEST(ColumnTypes, WhatTheLoaderBindsIsAllowed) {
 TEST(ColumnTypes, WhatTheLoaderCannotBindIsRefusedByName) {
   for (const char* type :
        {"BLOB", "CLOB", "RAW(10)", "BINARY_DOUBLE", "BINARY_FLOAT", "TIMESTAMP WITH TIME ZONE",
-        "TIMESTAMP(3) WITH TIME ZONE", "INTERVAL YEAR TO MONTH", "LONG RAW", "ROWID", "XMLTYPE", "NUMBR"})
+        "TIMESTAMP(3) WITH TIME ZONE", "INTERVAL YEAR TO MONTH", "LONG RAW", "ROWID", "NVARCHAR2(20)",
+        "NCHAR(5)", "VARCHAR2(20 CHAR)", "CHAR(2 char)", "XMLTYPE", "NUMBR"})
     EXPECT_THAT(ColumnTypeProblem(type),
                 StartsWith("column type \"" + std::string(type) + "\" cannot be loaded"))
         << type;
