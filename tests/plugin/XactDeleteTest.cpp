@@ -20,32 +20,6 @@ class XactDelete : public WorkloadTest<CXact_Delete> {
   std::string Sql() const { return m_xact.m_szSQL.ToChar(); }
 };
 
-TEST_F(XactDelete, CarriesItsIdentity) {
-  EXPECT_STREQ(m_xact.GetName(), L"Delete Transaction");
-  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark delete transaction");
-  EXPECT_EQ(m_xact.GetXactID(), 151);
-}
-
-TEST_F(XactDelete, PreBenchmarkAllocatesAndPreparesNothing) {
-  ASSERT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)"));
-}
-
-TEST_F(XactDelete, FailedAllocationReturns0WithItsMessage) {
-  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
-  EXPECT_EQ(m_xact.PreBenchmark(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              StartsWith("Unable statement handle in Delete Transaction!"));
-}
-
-TEST_F(XactDelete, WithoutTablesTheAssertionNamesLine60) {
-  SetSettings(0, 1.0);
-  EXPECT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(m_asserts.Texts(),
-              ElementsAre("Benchmarks/CREP_ORA8/Xact_Delete.cpp:60 PreBenchmark: m_nNumberOfTables > 0"));
-}
-
 TEST_F(XactDelete, WithAnEmptyMapARandomRowOfTheTruncatedScaleIsDeleted) {
   SetSettings(5, 2.7);
   Start();
@@ -119,16 +93,6 @@ TEST_F(XactDelete, AnEntryThatAnotherUserErasedMeanwhileIsNoError) {
   EXPECT_THAT(MapEntries(), IsEmpty());
 }
 
-TEST_F(XactDelete, AFailedPrepareIsReportedWithItsMessage) {
-  Start();
-  Oci().FailCall("OCIStmtPrepare", 1, OraFault(900));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              StartsWith("Unable to prepare statement for delete transaction."));
-  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
-}
-
 TEST_F(XactDelete, OneDeleteIsAPrepareAnExecuteWithoutCommitAndARowCount) {
   m_benchmark.RecordRow(3, 7);
   Start();
@@ -140,22 +104,6 @@ TEST_F(XactDelete, OneDeleteIsAPrepareAnExecuteWithoutCommitAndARowCount) {
                   "OCIAttrGet(stmt#1, 4, null, 9, err#1)"));
   EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
   EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
-}
-
-TEST_F(XactDelete, ABenchmarkOfAnotherKindEndsTheTimerAndSucceeds) {
-  CSSBenchmark other;
-  m_xact.SetBenchmark(&other);
-  Start();
-  EXPECT_EQ(m_xact.Execute(), 1);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(XactDelete, PostBenchmarkFreesTheHandle) {
-  Start();
-  EXPECT_EQ(m_xact.PostBenchmark(), 1);
-  EXPECT_EQ(m_xact.m_pDeleteStmt, nullptr);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
 }
 
 TEST_F(XactDelete, TheDebugLineNamesUserAndTable) {

@@ -35,32 +35,6 @@ class XactUpdate : public WorkloadTest<CXact_Update> {
   std::string Sql() const { return m_xact.m_szSQL.ToChar(); }
 };
 
-TEST_F(XactUpdate, CarriesItsIdentity) {
-  EXPECT_STREQ(m_xact.GetName(), L"Update Transaction");
-  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark update transaction");
-  EXPECT_EQ(m_xact.GetXactID(), 141);
-}
-
-TEST_F(XactUpdate, PreBenchmarkAllocatesAndPreparesNothing) {
-  ASSERT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)"));
-}
-
-TEST_F(XactUpdate, FailedAllocationReturns0WithItsMessage) {
-  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
-  EXPECT_EQ(m_xact.PreBenchmark(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              StartsWith("Unable statement handle in Update Transaction!"));
-}
-
-TEST_F(XactUpdate, WithoutTablesTheAssertionNamesLine60) {
-  SetSettings(0, 1.0);
-  EXPECT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(m_asserts.Texts(),
-              ElementsAre("Benchmarks/CREP_ORA8/Xact_Update.cpp:60 PreBenchmark: m_nNumberOfTables > 0"));
-}
-
 TEST_F(XactUpdate, WithoutADriverTheTextIsEmpty) {
   m_xact.m_szSQL = L"of the iteration before";
   m_xact.SetDriver(nullptr);
@@ -231,41 +205,6 @@ TEST_F(XactUpdate, ARowThatIsNotThereUpdatesNothingAndSucceeds) {
   EXPECT_EQ(m_xact.Execute(), 1);
   EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(XactUpdate, AFailedPrepareIsReportedWithItsMessage) {
-  Start();
-  Oci().FailCall("OCIStmtPrepare", 3, OraFault(900, "invalid SQL statement"));  // describe, insert, update
-  EXPECT_EQ(m_xact.Execute(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              StartsWith("Unable to prepare statement for update transaction."));
-  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(XactUpdate, AFailedExecuteIsTheDriversReport) {
-  Start();
-  Oci().FailSql("update", 1, OraFault(60, "deadlock detected"));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_EQ(m_reports.Errors()[0].m_szErrorNumber.ToChar(), "60");
-}
-
-TEST_F(XactUpdate, ABenchmarkOfAnotherKindEndsTheTimerAndSucceeds) {
-  CSSBenchmark other;
-  m_xact.SetBenchmark(&other);
-  Start();
-  EXPECT_EQ(m_xact.Execute(), 1);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
-}
-
-TEST_F(XactUpdate, PostBenchmarkFreesTheHandle) {
-  Start();
-  EXPECT_EQ(m_xact.PostBenchmark(), 1);
-  EXPECT_EQ(m_xact.m_pUpdateStmt, nullptr);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
 }
 
 TEST_F(XactUpdate, TheDebugLineNamesUserAndTable) {
