@@ -31,6 +31,8 @@ constexpr const char* kFooter =
     "Flags win over the file. Exit codes: 0 done, 1 usage or job, 2 ran with failures, 5 cannot connect or\n"
     "prepare, 70 internal error, 130 or 143 interrupted.";
 
+constexpr const char* kVerbFooter = "Flags may stand before or behind the verb; lkbench --help lists them.";
+
 // What CLI11 fills in; read into a Job once the job file is known.
 struct Given {
   std::string file;
@@ -91,7 +93,8 @@ void Configure(CLI::App& app, Given& given) {
   app.add_option("-c,--config", given.file, "job file")->type_name("FILE");
   app.add_flag("--debug", given.debug, "as --log-level debug");
   for (const JobKey& key : JobKeys()) AddKey(app, given, key);
-  for (const Verb& verb : kVerbs) app.add_subcommand(verb.name, verb.help)->fallthrough()->allow_extras();
+  for (const Verb& verb : kVerbs)
+    app.add_subcommand(verb.name, verb.help)->fallthrough()->allow_extras()->footer(kVerbFooter);
   app.require_subcommand(0, 1);
   app.allow_extras();
   app.footer(kFooter);
