@@ -36,9 +36,11 @@ void MakeFolders(const fs::path& path) {
     MakeFolders(path.parent_path());
   if (mkdir(path.c_str(), S_IRWXU) == 0) {
     chmod(path.c_str(), S_IRWXU);
-  } else if (errno != EEXIST && !fs::is_directory(path, unknown)) {
-    throw LocalServerError("cannot create the folder " + Quoted(path) + ": " + std::strerror(errno));
+    return;
   }
+  const int reason = errno;  // the look below sets its own
+  if (reason != EEXIST && !fs::is_directory(path, unknown))
+    throw LocalServerError("cannot create the folder " + Quoted(path) + ": " + std::strerror(reason));
 }
 
 }  // namespace

@@ -100,7 +100,6 @@ constexpr auto kErrors = std::to_array<ErrorEntry>({
     {1741, "illegal zero-length identifier"},
     {1742, "comment not terminated properly"},
     {1745, "invalid host/bind variable name"},
-    {1747, "invalid user.table.column, table.column, or column specification"},
     {1754, "a table may contain only one column of type LONG"},
     {1756, "quoted string not properly terminated"},
     {1758, "table must be empty to add mandatory (NOT NULL) column"},

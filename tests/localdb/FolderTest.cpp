@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
 
 #include "TemporaryFolder.h"
@@ -41,6 +42,19 @@ TEST_F(LocalFolder, IsMadeWithAllFoldersOnTheWay) {
   EXPECT_EQ(ErrorOf(Path("a/b/c")), "");
   EXPECT_TRUE(fs::is_directory(Path("a/b/c")));
   EXPECT_EQ(ErrorOf(Path("a/b/c")), "");
+}
+
+TEST_F(LocalFolder, ThatMayNotBeMadeIsToldWithItsReason) {
+  constexpr uid_t kNobody = 65534;
+  chmod(m_temporary.Path().c_str(), 0555);
+  const auto try_as_ordinary_user = [this] {
+    if (geteuid() == 0 && setuid(kNobody) != 0) _exit(2);
+    std::fputs(ErrorOf(Path("db")).c_str(), stderr);
+    _exit(1);
+  };
+  EXPECT_EXIT(try_as_ordinary_user(), testing::ExitedWithCode(1),
+              "cannot create the folder .*Permission denied");
+  chmod(m_temporary.Path().c_str(), 0700);
 }
 
 TEST_F(LocalFolder, ThatIsEmptyIsTakenAndClosedToOthers) {
