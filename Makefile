@@ -1,15 +1,17 @@
 # SPDX-License-Identifier: Apache-2.0
 # The two commands: `make run` and `make test`. Everything else is CMake: see CMakePresets.json.
 PRESET ?= release
+configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test prepare sanitize format
-prepare:
+.PHONY: run test sanitize format
+run:
 	scripts/install-packages
-	cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
-run: prepare
+	$(configure)
 	cmake --build --preset $(PRESET) --target lkbench
 	build/$(PRESET)/bin/lkbench run --target local:build/rundb
-test: prepare
+test:
+	scripts/install-packages test
+	$(configure)
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 sanitize:
