@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test sanitize format
+.PHONY: run test sanitize mutate format
 run:
 	scripts/install-packages
 	$(configure)
@@ -17,5 +17,8 @@ test:
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan
+mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
+	scripts/install-packages check
+	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
 format:  # needs the package clang-format, which nothing else does
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
