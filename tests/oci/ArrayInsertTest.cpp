@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "Contract.h"
+#include "RowErrors.h"
 
 namespace oci_test {
 namespace {
@@ -244,32 +245,7 @@ TEST_P(ArrayInsert, NumbersThatTheServerCannotHoldAreRefused) {
   EXPECT_EQ(insert.RowCount(), 1u);
 }
 
-class RowErrors : public Contract {
- protected:
-  struct Failed {
-    ub4 row;
-    int code;
-    bool operator==(const Failed&) const = default;
-  };
-  std::vector<Failed> Errors(Statement& statement) {
-    std::vector<Failed> failed;
-    OCIError* other = nullptr;
-    OCIHandleAlloc(client.env, reinterpret_cast<void**>(&other), OCI_HTYPE_ERROR, 0, nullptr);
-    for (ub4 i = 0; i < statement.Attribute<ub4>(OCI_ATTR_NUM_DML_ERRORS); ++i) {
-      void* row = other;  // a handle that the caller brings is filled
-      EXPECT_EQ(OCIParamGet(client.error, OCI_HTYPE_ERROR, client.error, &row, i), OCI_SUCCESS);
-      EXPECT_EQ(row, other);
-      ub4 offset = 99;
-      EXPECT_EQ(OCIAttrGet(row, OCI_HTYPE_ERROR, &offset, nullptr, OCI_ATTR_DML_ROW_OFFSET, client.error),
-                OCI_SUCCESS);
-      failed.push_back({offset, ReportOf(other).code});
-    }
-    OCIHandleFree(other, OCI_HTYPE_ERROR);
-    return failed;
-  }
-};
-INSTANTIATE_TEST_SUITE_P(Over, RowErrors, testing::Values(Transport::kSocket, Transport::kTls),
-                         TransportName);
+OCI_CONTRACT_SUITE(RowErrors);
 
 TEST_P(RowErrors, AreCollectedWhileTheGoodRowsGoIn) {
   Table("T_ARRAY", "ID NUMBER(4) NOT NULL, PRIMARY KEY(ID)");
@@ -280,7 +256,7 @@ TEST_P(RowErrors, AreCollectedWhileTheGoodRowsGoIn) {
   EXPECT_EQ(client.Code(), 24381);
   EXPECT_EQ(insert.RowCount(), 4u);
   EXPECT_EQ(insert.Attribute<ub4>(OCI_ATTR_NUM_DML_ERRORS), 3u);
-  EXPECT_EQ(Errors(insert), (std::vector<Failed>{{2, 1}, {4, 1438}, {6, 1}}));
+  EXPECT_EQ(FailedRows(client, insert), (std::vector<FailedRow>{{2, 1}, {4, 1438}, {6, 1}}));
   EXPECT_EQ(Value(client, "SELECT COUNT(*) FROM T_ARRAY"), "4");
   EXPECT_EQ(Value(*Another(), "SELECT COUNT(*) FROM T_ARRAY"), "0") << "committed in spite of errors";
 }

@@ -31,8 +31,8 @@ void Contract::Table(const std::string& name, const std::string& columns) {
   MustExec(client, "CREATE TABLE " + name + " (" + columns + ")");
 }
 
-std::string TransportName(const testing::TestParamInfo<Transport>& info) {
-  return info.param == Transport::kSocket ? "Socket" : "Tls";
-}
+std::string NameOf(Transport transport) { return transport == Transport::kSocket ? "Socket" : "Tls"; }
+
+std::string TransportName(const testing::TestParamInfo<Transport>& info) { return NameOf(info.param); }
 
 }  // namespace oci_test

@@ -43,6 +43,7 @@ class Contract : public testing::TestWithParam<Transport> {
   Client client;
 };
 
+std::string NameOf(Transport transport);
 std::string TransportName(const testing::TestParamInfo<Transport>& info);
 
 }  // namespace oci_test
