@@ -93,7 +93,7 @@ sword OCIEnvCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(void*, size_t),
   sword status = OCI_SUCCESS;
   if (recorder.Fails(nullptr, status)) return status;
   *envhpp = reinterpret_cast<OCIEnv*>(recorder.Create(OCI_HTYPE_ENV, nullptr));
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIEnvNlsCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(void*, size_t),
@@ -103,7 +103,7 @@ sword OCIEnvNlsCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(void*, size_t)
   sword status = OCI_SUCCESS;
   if (recorder.Fails(nullptr, status)) return status;
   *envhpp = reinterpret_cast<OCIEnv*>(recorder.Create(OCI_HTYPE_ENV, nullptr));
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, size_t xtramem_sz, void** usrmempp) {
@@ -114,7 +114,7 @@ sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, size_t xtrame
   if (parent == nullptr) return OCI_INVALID_HANDLE;
   if (recorder.Fails(nullptr, status)) return status;
   *hndlpp = recorder.Create(type, parent);
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIHandleFree(void* hndlp, ub4 type) {
@@ -124,15 +124,17 @@ sword OCIHandleFree(void* hndlp, ub4 type) {
   sword status = OCI_SUCCESS;
   if (recorder.Fails(nullptr, status)) return status;
   recorder.Free(handle);
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIDescriptorFree(void* descp, ub4 type) {
   Recorder recorder("OCIDescriptorFree", {Name(descp), N(type)});
   Handle* handle = recorder.Get(descp, type);
   if (handle == nullptr) return OCI_INVALID_HANDLE;
+  sword status = OCI_SUCCESS;
+  if (recorder.Fails(nullptr, status)) return status;
   recorder.Free(handle);
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIAttrGet(const void* trgthndlp, ub4 trghndltyp, void* attributep, ub4* sizep, ub4 attrtype,
@@ -146,7 +148,7 @@ sword OCIAttrGet(const void* trgthndlp, ub4 trghndltyp, void* attributep, ub4* s
                      : handle->type == OCI_DTYPE_PARAM
                          ? ColumnAttribute(handle->column, attrtype, attributep, sizep)
                          : false;
-  return known ? OCI_SUCCESS : recorder.Error(errhp, 24315, "illegal attribute type");
+  return known ? status : recorder.Error(errhp, 24315, "illegal attribute type");
 }
 
 sword OCIAttrSet(void* trgthndlp, ub4 trghndltyp, void* attributep, ub4 size, ub4 attrtype, OCIError* errhp) {
@@ -172,7 +174,7 @@ sword OCIParamGet(const void* hndlp, ub4 htype, OCIError* errhp, void** parmdpp,
   Handle* parameter = recorder.Create(OCI_DTYPE_PARAM, statement);
   parameter->column = statement->columns[pos - 1];
   *parmdpp = parameter;
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIErrorGet(void* hndlp, ub4 recordno, OraText* sqlstate, sb4* errcodep, OraText* bufp, ub4 bufsiz,
@@ -213,9 +215,11 @@ sword OCISessionEnd(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4 mo
 
 sword OCIServerVersion(void* hndlp, OCIError* errhp, OraText* bufp, ub4 bufsz, ub1 hndltype) {
   Recorder recorder("OCIServerVersion", {Name(hndlp), Name(errhp), N(bufsz), N(hndltype)});
-  const sword status = ConnectionCall(recorder, hndlp, hndltype, errhp);
+  if (recorder.Get(hndlp, hndltype) == nullptr) return OCI_INVALID_HANDLE;
+  sword status = OCI_SUCCESS;
+  if (recorder.Fails(errhp, status)) return status;
   constexpr char kText[] = "Scripted Database Release 1.0";
-  if (status == OCI_SUCCESS && bufsz >= sizeof kText) std::memcpy(bufp, kText, sizeof kText);
+  if (bufsz >= sizeof kText) std::memcpy(bufp, kText, sizeof kText);
   return status;
 }
 
@@ -262,7 +266,7 @@ sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* stmt, ub4 s
   statement->columns.clear();
   statement->binds.clear();
   statement->defines.clear();
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iters, ub4 rowoff,
@@ -281,8 +285,10 @@ sword OCIStmtFetch2(OCIStmt* stmtp, OCIError* errhp, ub4 nrows, ub2 orientation,
   Handle* statement = recorder.Get(stmtp, OCI_HTYPE_STMT);
   if (statement == nullptr) return OCI_INVALID_HANDLE;
   sword status = OCI_SUCCESS;
+  statement->rows_fetched = 0;
   if (recorder.Fails(errhp, status)) return status;
-  return recorder.Fetch(statement, nrows, errhp);
+  const sword result = recorder.Fetch(statement, nrows, errhp);
+  return result == OCI_SUCCESS ? status : result;
 }
 
 sword OCIBindByPos(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp, ub4 position, void* valuep,
@@ -294,10 +300,10 @@ sword OCIBindByPos(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp, ub4 positi
   sword status = OCI_SUCCESS;
   if (recorder.Fails(errhp, status)) return status;
   void* handle = *bindpp;
-  status = Bind(recorder, stmtp, &handle, &Handle::binds, OCI_HTYPE_BIND, position,
-                {valuep, value_sz, dty, indp, static_cast<ub4>(value_sz), sizeof(sb2)});
-  if (status == OCI_SUCCESS) *bindpp = static_cast<OCIBind*>(handle);
-  return status;
+  const sword result = Bind(recorder, stmtp, &handle, &Handle::binds, OCI_HTYPE_BIND, position,
+                            {valuep, value_sz, dty, indp, static_cast<ub4>(value_sz), sizeof(sb2)});
+  if (result == OCI_SUCCESS) *bindpp = static_cast<OCIBind*>(handle);
+  return result == OCI_SUCCESS ? status : result;
 }
 
 sword OCIBindByName(OCIStmt* stmtp, OCIBind**, OCIError* errhp, const OraText* placeholder, sb4 placeh_len,
@@ -316,7 +322,7 @@ sword OCIBindArrayOfStruct(OCIBind* bindp, OCIError* errhp, ub4 pvskip, ub4 inds
   if (recorder.Fails(errhp, status)) return status;
   bind->bind.value_skip = pvskip;
   bind->bind.indicator_skip = indskip;
-  return OCI_SUCCESS;
+  return status;
 }
 
 sword OCIDefineByPos(OCIStmt* stmtp, OCIDefine** defnpp, OCIError* errhp, ub4 position, void* valuep,
@@ -326,10 +332,10 @@ sword OCIDefineByPos(OCIStmt* stmtp, OCIDefine** defnpp, OCIError* errhp, ub4 po
   sword status = OCI_SUCCESS;
   if (recorder.Fails(errhp, status)) return status;
   void* handle = *defnpp;
-  status = Bind(recorder, stmtp, &handle, &Handle::defines, OCI_HTYPE_DEFINE, position,
-                {valuep, value_sz, dty, indp, 0, 0});
-  if (status == OCI_SUCCESS) *defnpp = static_cast<OCIDefine*>(handle);
-  return status;
+  const sword result = Bind(recorder, stmtp, &handle, &Handle::defines, OCI_HTYPE_DEFINE, position,
+                            {valuep, value_sz, dty, indp, 0, 0});
+  if (result == OCI_SUCCESS) *defnpp = static_cast<OCIDefine*>(handle);
+  return result == OCI_SUCCESS ? status : result;
 }
 
 }  // extern "C"

@@ -105,6 +105,7 @@ void ScriptedOci::Reset() {
   m_answers.clear();
   m_counters.clear();
   m_rowCounts.clear();
+  m_refusals.clear();
 }
 
 std::vector<std::string> ScriptedOci::Calls() const {
@@ -129,6 +130,7 @@ int ScriptedOci::CountCalls(const std::string& name) const {
 void ScriptedOci::ClearCalls() {
   const std::lock_guard lock(m_mutex);
   m_calls.clear();
+  m_struck.clear();
   m_executions.clear();
 }
 
@@ -141,6 +143,10 @@ std::vector<std::string> ScriptedOci::ExecutedSql() const {
 
 void ScriptedOci::FailAnyCall(int nth, Fault fault) { m_faults.push_back({"", "", nth, std::move(fault)}); }
 
+void ScriptedOci::FailFrom(int nth, Fault fault) {
+  m_faults.push_back({"", "", nth, std::move(fault), true});
+}
+
 void ScriptedOci::FailCall(const std::string& name, int nth, Fault fault) {
   m_faults.push_back({name, "", nth, std::move(fault)});
 }
@@ -152,6 +158,8 @@ void ScriptedOci::FailSql(const std::string& prefix, int nth, Fault fault) {
 void ScriptedOci::After(const std::string& name, int nth, std::function<void()> action) {
   m_actions.push_back({name, nth, std::move(action)});
 }
+
+void ScriptedOci::ClearFaults() { m_faults.clear(); }
 
 void ScriptedOci::Describe(const std::string& sql, std::vector<ColumnSpec> columns) {
   m_descriptions[sql] = std::move(columns);
@@ -167,6 +175,8 @@ void ScriptedOci::AnswerCounting(const std::string& sql, long start) { m_counter
 void ScriptedOci::RowCounts(const std::string& prefix, std::vector<ub4> counts) {
   m_rowCounts.emplace_back(prefix, std::move(counts));
 }
+
+void ScriptedOci::Refuse(const std::string& sql, sb4 code) { m_refusals[sql] = code; }
 
 int ScriptedOci::Live(ub4 type) const {
   const std::lock_guard lock(m_mutex);
@@ -237,10 +247,11 @@ bool Recorder::Fails(const void* error, sword& status, const std::string& sql) {
     if (!StartsWith(sql, pending->sql_prefix)) continue;
     if (--pending->countdown > 0) continue;
     const Fault fault = pending->fault;
-    m_oci.m_faults.erase(pending);
+    if (!pending->stays) m_oci.m_faults.erase(pending);
+    m_oci.m_struck.push_back(m_oci.m_calls.size() - 1);
     if (fault.code != 0) Error(error, fault.code, fault.text);
     status = fault.status;
-    return true;
+    return !fault.works;
   }
   return false;
 }
@@ -308,21 +319,26 @@ sword Recorder::Run(Handle* statement, ub4 iters, ub4 mode, const void* error) {
   sword status = OCI_SUCCESS;
   if (Fails(error, status, statement->sql)) {
     statement->row_count = 0;
-  } else if (mode & OCI_DESCRIBE_ONLY) {
-    const auto found = m_oci.m_descriptions.find(statement->sql);
-    if (found == m_oci.m_descriptions.end()) {
-      status = Error(error, 942, "table or view does not exist");
-    } else {
-      statement->columns = found->second;
-    }
-  } else if (IsQuery(statement->sql)) {
-    status = RunQuery(statement, iters, error);
-  } else {
-    statement->row_count = NextRowCount(statement->sql, iters);
+  } else if (const sword result = Work(statement, iters, mode, error); result != OCI_SUCCESS) {
+    status = result;
   }
   execution.status = status;
   m_oci.m_executions.push_back(std::move(execution));
   return status;
+}
+
+sword Recorder::Work(Handle* statement, ub4 iters, ub4 mode, const void* error) {
+  if (const auto found = m_oci.m_refusals.find(statement->sql); found != m_oci.m_refusals.end())
+    return Error(error, found->second, "refused");
+  if (mode & OCI_DESCRIBE_ONLY) {
+    const auto found = m_oci.m_descriptions.find(statement->sql);
+    if (found == m_oci.m_descriptions.end()) return Error(error, 942, "table or view does not exist");
+    statement->columns = found->second;
+    return OCI_SUCCESS;
+  }
+  if (IsQuery(statement->sql)) return RunQuery(statement, iters, error);
+  statement->row_count = NextRowCount(statement->sql, iters);
+  return OCI_SUCCESS;
 }
 
 sword Recorder::RunQuery(Handle* statement, ub4 iters, const void* error) {

@@ -26,11 +26,13 @@ struct ColumnSpec {
   ub1 nullable = 0;
 };
 
-// What a failing call returns, and the record that it leaves in the error handle (none when code is 0).
+// What a failing call returns, and the record that it leaves in the error handle (none when code is 0). One
+// that works does what it is called for all the same: the status stands where it would have been OCI_SUCCESS.
 struct Fault {
   sword status = OCI_ERROR;
   sb4 code = 0;
   std::string text = {};
+  bool works = false;
 };
 Fault OraFault(sb4 code, const std::string& text = "scripted failure");
 // A failure without a record: its report names the status that was passed on.
@@ -71,15 +73,19 @@ class ScriptedOci {
 
   // Faults. `nth` counts from 1 from this moment on; each fault fires once.
   void FailAnyCall(int nth, Fault fault);  // the nth call, whatever it is (OCIErrorGet is not counted)
+  void FailFrom(int nth, Fault fault);     // the nth call, as counted above, and every one after it
   void FailCall(const std::string& name, int nth, Fault fault);
   void FailSql(const std::string& prefix, int nth, Fault fault);  // the nth execute of a text that starts so
   void After(const std::string& name, int nth, std::function<void()> action);  // runs when that call returns
+  void ClearFaults();
+  const std::vector<size_t>& Struck() const { return m_struck; }  // the places in Calls() where faults fired
 
   // Answers, by the statement's exact text.
   void Describe(const std::string& sql, std::vector<ColumnSpec> columns);
   void Answer(const std::string& sql, std::vector<ResultSet> results);  // one per execution; the last stays
   void AnswerCounting(const std::string& sql, long start);              // start, start + 1, … one row each
   void RowCounts(const std::string& prefix, std::vector<ub4> counts);   // one per execution, then 0
+  void Refuse(const std::string& sql, sb4 code);  // every execution of the text fails with that number
   // Without an answer: a describe of an unknown text fails with ORA-00942, a query gives no rows, any other
   // statement has a row count of its iterations.
 
@@ -100,6 +106,8 @@ class ScriptedOci {
   std::vector<Execution> m_executions;
   std::vector<std::string> m_violations;
   std::vector<PendingFault> m_faults;
+  std::vector<size_t> m_struck;
+  std::map<std::string, sb4> m_refusals;
   std::vector<PendingAction> m_actions;
   std::map<std::string, std::vector<ColumnSpec>> m_descriptions;
   std::map<std::string, std::vector<ResultSet>> m_answers;

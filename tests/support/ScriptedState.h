@@ -47,6 +47,7 @@ struct ScriptedOci::PendingFault {
   std::string sql_prefix;  // not empty: an execute of such a text
   int countdown = 1;
   Fault fault;
+  bool stays = false;  // fires at every call from then on
 };
 
 struct ScriptedOci::PendingAction {
@@ -64,7 +65,8 @@ class Recorder {
   // pointer itself is null.
   Handle* Get(const void* pointer, ub4 type);
   Handle* GetAny(const void* pointer);
-  // True when a fault is due for this call: `status` is then what the call returns.
+  // True when a fault is due for this call: `status` is then what the call returns. One that works leaves its
+  // status there too, for a call that goes on and succeeds.
   bool Fails(const void* error, sword& status, const std::string& sql = {});
   Handle* Create(ub4 type, Handle* parent);
   void Free(Handle* handle);
@@ -73,6 +75,7 @@ class Recorder {
   sword Fetch(Handle* statement, ub4 rows, const void* error);
 
  private:
+  sword Work(Handle* statement, ub4 iters, ub4 mode, const void* error);
   sword RunQuery(Handle* statement, ub4 iters, const void* error);
   std::vector<std::vector<Cell>> BoundRows(const Handle* statement, ub4 iters) const;
   ub4 NextRowCount(const std::string& sql, ub4 iters);
