@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The fixture of the schema and refresh tests: a driver on the scripted OCI that answers backup operations
-// itself, a benchmark, settings, and the texts of the calls that a transaction is expected to make.
+// itself, a journal, a benchmark, settings, and the texts of the calls that a transaction is expected to
+// make.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -11,9 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "BackupDriver.h"
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
-#include "ConnectedDriver.h"
+#include "JournalDriver.h"
 #include "db/Xact.h"
 
 namespace plugin_test {
@@ -25,7 +25,7 @@ class Counting : public Transaction {
   using CXact::m_nXactBytes;
 };
 
-class SchemaTest : public scripted::ConnectedDriver<scripted::BackupDriver> {
+class SchemaTest : public scripted::JournalTest {
  protected:
   using Calls = std::vector<std::string>;
 

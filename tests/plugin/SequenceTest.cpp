@@ -6,10 +6,8 @@
 
 namespace {
 
-using scripted::kHighStatus;
 using scripted::Oci;
 using scripted::OraFault;
-using scripted::StatusFault;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -28,14 +26,6 @@ class CreateSequence : public plugin_test::SchemaTest {
 
   plugin_test::Counting<CXact_Create_Sequence> m_xact;
 };
-
-TEST_F(CreateSequence, CreatesItWithACommitAndEndsTheTimer) {
-  EXPECT_EQ(Run(1.0), 1);
-  EXPECT_THAT(Oci().Calls(),
-              ElementsAre(Alloc(), Prepare(CreateSql("1001")), Execute(OCI_COMMIT_ON_SUCCESS), Free()));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-  EXPECT_THAT(m_asserts.Texts(), IsEmpty());
-}
 
 TEST_F(CreateSequence, StartsJustAboveTheRowsOfTheBenchmarksScale) {
   m_properties.SetScale(7);  // of the settings: not asked
@@ -69,53 +59,12 @@ TEST_F(CreateSequence, WithoutABenchmarkItReturnsZeroWithoutACall) {
   EXPECT_FALSE(m_xact.GetTimer().IsStarted());
 }
 
-TEST_F(CreateSequence, AFailedAllocationIsReportedWithItsWholeStatus) {
-  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(Run(1.0), 0);
-  EXPECT_THAT(XactCalls(), ElementsAre(Alloc()));
-  EXPECT_THAT(OneReport(), HasSubstr("status 65541 "));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(CreateSequence, AFailedPrepareIsReportedWithItsWholeStatus) {
-  Oci().FailCall("OCIStmtPrepare", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(Run(1.0), 0);
-  EXPECT_THAT(XactCalls(), ElementsAre(Alloc(), Prepare(CreateSql("1001")), Free()));
-  EXPECT_THAT(OneReport(), HasSubstr("status 65541 "));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(CreateSequence, AFailedExecuteIsReportedByItsLowBits) {
-  Oci().FailCall("OCIStmtExecute", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(Run(1.0), 0);
-  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
-}
-
-TEST_F(CreateSequence, AnExistingSequenceIsAReportedFailure) {
-  Oci().FailSql("CREATE SEQUENCE", 1, OraFault(955));
-  EXPECT_EQ(Run(1.0), 0);
-  EXPECT_THAT(XactCalls(),
-              ElementsAre(Alloc(), Prepare(CreateSql("1001")), Execute(OCI_COMMIT_ON_SUCCESS), Free()));
-  EXPECT_THAT(OneReport(), HasSubstr("ORA-00955"));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
 TEST_F(CreateSequence, CountersStartAtZeroInEveryRun) {
   m_xact.m_nRows = 7;
   m_xact.m_nXactBytes = 8;
   EXPECT_EQ(Run(1.0), 1);
   EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
   EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
-}
-
-TEST_F(CreateSequence, TheTimerIsEndedBeforeTheReportWhicheverCallFails) {
-  for (const char* szCall : {"OCIHandleAlloc", "OCIStmtPrepare", "OCIStmtExecute"}) {
-    bool bEnded = false;
-    Oci().FailCall(szCall, 1, OraFault(600));
-    Oci().After("OCIErrorGet", 1, [&] { bEnded = m_xact.GetTimer().IsEnded(); });
-    EXPECT_EQ(Run(1.0), 0) << szCall;
-    EXPECT_TRUE(bEnded) << szCall;
-  }
 }
 
 // Answers the generic statement operations and writes them down, with the state of the ignore list.

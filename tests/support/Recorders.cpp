@@ -3,6 +3,8 @@
 
 #include <wx/debug.h>
 
+#include "Journal.h"
+
 namespace scripted {
 
 namespace {
@@ -18,9 +20,13 @@ void RecordAssert(const wxString& file, int line, const wxString& function, cons
                   const wxString&) {
   const std::lock_guard lock(g_mutex);
   const std::string cond = condition.utf8_string();
-  g_asserts.push_back(
-      {file.utf8_string() + ":" + std::to_string(line) + " " + function.utf8_string() + ": " + cond, cond});
+  const std::string text =
+      file.utf8_string() + ":" + std::to_string(line) + " " + function.utf8_string() + ": " + cond;
+  g_asserts.push_back({text, cond});
+  Journal::Note("assert " + text);
 }
+
+}  // namespace
 
 const char* LevelName(eErrorLevel level) {
   switch (level) {
@@ -36,8 +42,6 @@ const char* LevelName(eErrorLevel level) {
       return "UNKNOWN";
   }
 }
-
-}  // namespace
 
 int RecordingHandler::HandleError(CError* pError) {
   {
@@ -102,6 +106,7 @@ void LogRecorder::DoLogRecord(wxLogLevel level, const wxString& message, const w
   m_texts.push_back(std::string(level == wxLOG_Debug ? "debug " : "other ") +
                     (info.filename ? info.filename : "") + ":" + std::to_string(info.line) + " " +
                     (info.func ? info.func : "") + ": " + message.utf8_string());
+  Journal::Note(m_texts.back());
 }
 
 }  // namespace scripted

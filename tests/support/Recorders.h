@@ -13,6 +13,8 @@
 
 namespace scripted {
 
+const char* LevelName(eErrorLevel level);  // "ERROR"
+
 // A link of a chain, mostly its end. Texts are "ERROR -1: message" (level, number, message).
 class RecordingHandler final : public CErrorHandler {
  public:

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Journal.h"
 #include "ScriptedState.h"
 
 namespace scripted {
@@ -207,6 +208,7 @@ Recorder::Recorder(const char* name, std::initializer_list<std::string> argument
   std::string joined;
   for (const std::string& argument : arguments) joined += (joined.empty() ? "" : ", ") + argument;
   m_oci.m_calls.emplace_back(m_name, joined);
+  Journal::Note(m_name + "(" + joined + ")");
 }
 
 Recorder::~Recorder() {

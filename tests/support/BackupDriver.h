@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Journal.h"
 #include "oracle8/Oracle8Driver.h"
 
 namespace scripted {
@@ -36,6 +37,7 @@ class BackupDriver : public COracle8Driver {
  private:
   int Note(const char* szOperation, const LKString& szTable, const std::string& more = {}) {
     m_operations.push_back(std::string(szOperation) + "(" + szTable.ToChar() + more + ")");
+    Journal::Note(m_operations.back());
     return m_failing.contains(m_operations.back()) ? 0 : 1;
   }
 };
