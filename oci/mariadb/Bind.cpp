@@ -34,7 +34,7 @@ bool BindHandle::IsNull(ub4 row) const {
   return indicator < 0 || !m_values;
 }
 
-std::optional<ub2> BindHandle::Length(ub4 row) const {
+std::optional<std::size_t> BindHandle::Length(ub4 row) const {
   if (!m_lengths) return std::nullopt;
   ub2 length;
   std::memcpy(&length, m_lengths + std::size_t{row} * m_length_skip, sizeof length);

@@ -25,7 +25,7 @@ class BindHandle : public Handle {
   std::size_t Size() const { return m_size; }
   const char* Value(ub4 row) const { return m_values + std::size_t{row} * m_value_skip; }
   bool IsNull(ub4 row) const;  // a negative indicator
-  std::optional<ub2> Length(ub4 row) const;
+  std::optional<std::size_t> Length(ub4 row) const;
   void SetCode(ub4 row, ub2 code) const;
 
  private:

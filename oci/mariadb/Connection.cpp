@@ -95,7 +95,19 @@ void Connection::Throw(unsigned number, const char* text) {
   throw failure;
 }
 
+void Connection::RequireRoomFor(std::size_t bytes) {
+  constexpr std::size_t kAlwaysFits = 8 * 1024 * 1024;  // half of the smallest limit that servers come with
+  constexpr std::size_t kHeader = 64;
+  if (bytes <= kAlwaysFits) return;
+  if (m_packet_limit == 0) m_packet_limit = std::stoul(Read("SELECT @@max_allowed_packet").at(0).at(0));
+  if (bytes + kHeader < m_packet_limit) return;
+  throw ServerFailure(ER_NET_PACKET_TOO_LARGE, "a statement or row of " + std::to_string(bytes) +
+                                                   " bytes is more than the server's max_allowed_packet of " +
+                                                   std::to_string(m_packet_limit) + " lets through");
+}
+
 void Connection::Send(std::string_view text) {
+  RequireRoomFor(text.size());
   if (mysql_real_query(Native(), text.data(), text.size()) != 0) Fail();
 }
 

@@ -6,7 +6,8 @@
 // A call of the interface holds the connection by a CallScope; calls of several threads queue up. Members
 // other than Calls(), Id() and Close() are for the holder of the scope.
 //
-// Round trips: constructor 1 for the log-in (2 with TLS) and 1 for the set-up, Run and Ping 1 each.
+// Round trips: constructor 1 for the log-in (2 with TLS) and 1 for the set-up, Run and Ping 1 each; once 1
+// more before the first text or row of more than eight megabytes.
 #pragma once
 
 #include <mysql.h>
@@ -44,6 +45,10 @@ class Connection {
 
   // Runs one text and gives its rows; NULL is an empty string.
   std::vector<std::vector<std::string>> Read(std::string_view text);
+
+  // Throws ServerFailure when the server takes no packet of this size: sent all the same, it would cost the
+  // session. Asks the server for its limit, once, where that may be too small.
+  void RequireRoomFor(std::size_t bytes);
 
   void Commit();
   void CommitIfOpen();  // no round trip when the server has no transaction open, as after a DDL
@@ -90,6 +95,7 @@ class Connection {
   unsigned long m_id = 0;
   bool m_established = false;
   bool m_uncommitted = false;
+  std::size_t m_packet_limit = 0;   // 0: not known yet
   std::atomic<bool> m_lost{false};  // asked for by other handles too
   CallState m_calls;
   std::mutex m_use;

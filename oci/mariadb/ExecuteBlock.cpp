@@ -36,6 +36,7 @@ void RunOnce(StatementHandle& statement, ParameterBatch& parameters, ub4 element
   const sql::Rewritten& sql = statement.Sql();
   parameters.Fill(element, element + 1);
   if (parameters.Problem()) throw parameters.Problem()->error;
+  connection.RequireRoomFor(parameters.Bytes());
   BlockGuard guard(connection);
   connection.NoteWork();
   try {

@@ -64,6 +64,7 @@ class ArrayExecution {
 
   std::uint64_t Send(ub4 first, ub4 count) {
     Connection& connection = m_statement.Session();
+    connection.RequireRoomFor(m_parameters.Bytes());
     connection.NoteWork();
     InterruptibleWindow window(connection.Calls());
     if (count == 1) return m_statement.Prepared().Execute(m_parameters.Single(first), 0);

@@ -40,6 +40,7 @@ void Send(StatementHandle& statement) {
   ParameterBatch parameters(statement.ParameterColumns());
   parameters.Fill(0, 1);
   if (parameters.Problem()) throw parameters.Problem()->error;
+  statement.Session().RequireRoomFor(parameters.Bytes());
   InterruptibleWindow window(statement.Session().Calls());
   prepared.Execute(parameters.Single(0), 0);
   statement.rows = std::make_unique<ResultRows>(prepared);

@@ -8,20 +8,23 @@ ub4 ParameterBatch::Fill(ub4 first, ub4 end) {
   m_problem.reset();
   m_first = first;
   m_rows = 0;
-  std::size_t bytes = 0;
+  m_bytes = 0;
   for (ub4 element = first; element < end; ++element) {
+    std::size_t row_bytes = 0;
     try {
-      bytes += AppendRow(element);
+      row_bytes = AppendRow(element);
     } catch (const OraError& error) {
       for (ParameterColumn& column : m_columns) column.Resize(m_rows);
       m_problem = RowError{element, error};
       return element;
     }
-    if (bytes >= kMostBytes && m_rows > 0) {  // the row that crossed the limit belongs to the next batch
+    if (m_bytes + row_bytes >= kMostBytes &&
+        m_rows > 0) {  // the row that crossed the limit belongs to the next batch
       for (ParameterColumn& column : m_columns) column.Resize(m_rows);
       return element;
     }
     ++m_rows;
+    m_bytes += row_bytes;
   }
   return end;
 }

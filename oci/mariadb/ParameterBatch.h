@@ -24,6 +24,7 @@ class ParameterBatch {
 
   ub4 FirstElement() const { return m_first; }
   ub4 Rows() const { return m_rows; }
+  std::size_t Bytes() const { return m_bytes; }  // at most, on the wire
 
   // Binds for `execute`, valid until the next call: an array from a row on, or one row.
   MYSQL_BIND* Array(ub4 row);
@@ -37,6 +38,7 @@ class ParameterBatch {
   std::optional<RowError> m_problem;
   ub4 m_first = 0;
   ub4 m_rows = 0;
+  std::size_t m_bytes = 0;
 };
 
 }  // namespace ocimaria

@@ -159,8 +159,7 @@ std::size_t ParameterColumn::Append(ub4 element) {
 
 std::string_view ParameterColumn::Text(ub4 element) const {
   const char* data = m_bind->Value(element);
-  const std::size_t most =
-      std::min<std::size_t>(m_bind->Length(element).value_or(m_bind->Size()), m_bind->Size());
+  const std::size_t most = std::min(m_bind->Length(element).value_or(m_bind->Size()), m_bind->Size());
   if (m_input.reading != Reading::kZeroEnded) return {data, most};
   const void* end = std::memchr(data, 0, most);
   if (!end) throw OraError(1480);

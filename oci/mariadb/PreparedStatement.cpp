@@ -21,6 +21,7 @@ PreparedStatement::~PreparedStatement() { mysql_stmt_close(m_statement); }
 void PreparedStatement::Prepare() {
   if (m_prepared) return;
   m_connection->Native();
+  m_connection->RequireRoomFor(m_text.size());
   Check(mysql_stmt_prepare(m_statement, m_text.data(), m_text.size()));
   m_prepared = true;
 }
@@ -33,6 +34,7 @@ std::uint64_t PreparedStatement::Execute(MYSQL_BIND* binds, unsigned array_size)
   if (m_prepared) {
     Check(mysql_stmt_execute(m_statement));
   } else {
+    m_connection->RequireRoomFor(m_text.size());
     Check(mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size()));
     m_prepared = true;
   }
