@@ -1,22 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/PreparedStatement.h"
 
+#include <errmsg.h>
+
 #include <new>
 
 namespace ocimaria {
-
 PreparedStatement::PreparedStatement(std::shared_ptr<Connection> connection, std::string text,
                                      unsigned parameters)
     : m_connection(std::move(connection)),
       m_text(std::move(text)),
       m_parameters(parameters),
-      m_statement(mysql_stmt_init(m_connection->Native())) {
-  if (!m_statement) throw std::bad_alloc();
-  const my_bool measure = 1;  // the widest value of each column, so that fetch buffers fit
-  mysql_stmt_attr_set(m_statement, STMT_ATTR_UPDATE_MAX_LENGTH, &measure);
-}
+      m_statement(Open(m_connection->Native())) {}
 
 PreparedStatement::~PreparedStatement() { mysql_stmt_close(m_statement); }
+
+MYSQL_STMT* PreparedStatement::Open(MYSQL* mysql) {
+  MYSQL_STMT* statement = mysql_stmt_init(mysql);
+  if (!statement) throw std::bad_alloc();
+  const my_bool measure = 1;  // the widest value of each column, so that fetch buffers fit
+  mysql_stmt_attr_set(statement, STMT_ATTR_UPDATE_MAX_LENGTH, &measure);
+  return statement;
+}
 
 void PreparedStatement::Prepare() {
   if (m_prepared) return;
@@ -28,17 +33,31 @@ void PreparedStatement::Prepare() {
 
 std::uint64_t PreparedStatement::Execute(MYSQL_BIND* binds, unsigned array_size) {
   m_connection->Native();
+  int status = Send(binds, array_size);
+  // The client library takes no result with more or fewer columns than were prepared.
+  if (status != 0 && mysql_stmt_errno(m_statement) == CR_NEW_STMT_METADATA) {
+    Reopen();
+    status = Send(binds, array_size);
+  }
+  Check(status);
+  m_prepared = true;
+  return FieldCount() == 0 ? mysql_stmt_affected_rows(m_statement) : 0;
+}
+
+int PreparedStatement::Send(MYSQL_BIND* binds, unsigned array_size) {
   if (!m_prepared) mysql_stmt_attr_set(m_statement, STMT_ATTR_PREBIND_PARAMS, &m_parameters);
   mysql_stmt_attr_set(m_statement, STMT_ATTR_ARRAY_SIZE, &array_size);
   if (m_parameters > 0) Check(mysql_stmt_bind_param(m_statement, binds));
-  if (m_prepared) {
-    Check(mysql_stmt_execute(m_statement));
-  } else {
-    m_connection->RequireRoomFor(m_text.size());
-    Check(mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size()));
-    m_prepared = true;
-  }
-  return FieldCount() == 0 ? mysql_stmt_affected_rows(m_statement) : 0;
+  if (m_prepared) return mysql_stmt_execute(m_statement);
+  m_connection->RequireRoomFor(m_text.size());
+  return mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size());
+}
+
+void PreparedStatement::Reopen() {
+  mysql_stmt_close(m_statement);  // reads what the failed execution left unread
+  m_prepared = false;
+  m_statement = nullptr;
+  m_statement = Open(m_connection->Native());
 }
 
 void PreparedStatement::StoreResult() { Check(mysql_stmt_store_result(m_statement)); }

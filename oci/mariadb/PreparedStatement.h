@@ -27,7 +27,8 @@ class PreparedStatement {
 
   // Executes; gives the number of rows matched. `array_size` 0 is one execution with plain binds, else one
   // execution per element of array binds. One round trip, the first time too (prepare and execute travel
-  // together). Throws ServerFailure.
+  // together); 2 for a query whose table has got more or fewer columns since it was prepared. Throws
+  // ServerFailure.
   std::uint64_t Execute(MYSQL_BIND* binds, unsigned array_size);
 
   // Takes the whole result of an execution to the client. REQUIRES an executed query.
@@ -45,6 +46,9 @@ class PreparedStatement {
   Connection& Session() { return *m_connection; }
 
  private:
+  static MYSQL_STMT* Open(MYSQL* mysql);
+  int Send(MYSQL_BIND* binds, unsigned array_size);
+  void Reopen();  // as before its first preparation
   [[noreturn]] void Fail();
   void Check(int status) {
     if (status != 0) Fail();

@@ -7,6 +7,7 @@
 #include "oci/mariadb/Guard.h"
 #include "oci/mariadb/ServerFailure.h"
 #include "oci/mariadb/Session.h"
+#include "oci/mariadb/TypeCache.h"
 
 using namespace ocimaria;
 
@@ -77,6 +78,7 @@ extern "C" sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* 
         std::make_shared<Connection>(server->Target(), session->credentials, Connection::Purpose::kSession);
     server->AddConnection(connection);
     session->Begin(std::move(connection));
+    ForgetTypes();  // other programs may have changed tables since
     return OCI_SUCCESS;
   });
 }

@@ -70,11 +70,14 @@ ColumnComments CommentsOf(PreparedStatement& statement, const MYSQL_FIELD& table
   return comments;
 }
 
-ForgetTypesAfter::~ForgetTypesAfter() {
-  if (!m_wanted) return;
+void ForgetTypes() {
   std::unique_lock lock(TheCache().mutex);
   TheCache().tables.clear();
   ++TheCache().generation;
+}
+
+ForgetTypesAfter::~ForgetTypesAfter() {
+  if (m_wanted) ForgetTypes();
 }
 
 }  // namespace ocimaria

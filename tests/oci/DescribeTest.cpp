@@ -1,63 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cstring>
-#include <optional>
-
+#include "Column.h"
 #include "Contract.h"
 
 namespace oci_test {
 namespace {
 
 OCI_CONTRACT_SUITE(Describing);
-
-struct Column {
-  std::string name;
-  int type = 0, size = 0, precision = 0, scale = 0, nullable = 0;
-  int char_used = 0, char_size = 0, form = 0, fsprecision = 0, lfprecision = 0;
-};
-
-// Reads one attribute of exactly sizeof(T) bytes and checks that the bytes behind it stay untouched.
-template <class T>
-int Attribute(Client& client, void* parameter, ub4 attribute) {
-  unsigned char buffer[sizeof(T) + 4];
-  std::memset(buffer, 0xA5, sizeof buffer);
-  EXPECT_EQ(OCIAttrGet(parameter, OCI_DTYPE_PARAM, buffer, nullptr, attribute, client.error), OCI_SUCCESS);
-  for (std::size_t i = sizeof(T); i < sizeof buffer; ++i)
-    EXPECT_EQ(buffer[i], 0xA5) << "attribute " << attribute << " wrote more than " << sizeof(T) << " bytes";
-  T value;
-  std::memcpy(&value, buffer, sizeof value);
-  return value;
-}
-
-Column ColumnOf(Client& client, Statement& statement, ub4 position) {
-  void* parameter = nullptr;
-  EXPECT_EQ(OCIParamGet(statement.handle, OCI_HTYPE_STMT, client.error, &parameter, position), OCI_SUCCESS);
-  Column column;
-  char* name = nullptr;
-  ub4 length = 0;
-  OCIAttrGet(parameter, OCI_DTYPE_PARAM, &name, &length, OCI_ATTR_NAME, client.error);
-  column.name.assign(name, length);
-  column.type = Attribute<ub2>(client, parameter, OCI_ATTR_DATA_TYPE);
-  column.size = Attribute<ub2>(client, parameter, OCI_ATTR_DATA_SIZE);
-  column.precision = Attribute<sb2>(client, parameter, OCI_ATTR_PRECISION);
-  column.scale = Attribute<sb1>(client, parameter, OCI_ATTR_SCALE);
-  column.nullable = Attribute<ub1>(client, parameter, OCI_ATTR_IS_NULL);
-  column.char_used = Attribute<ub1>(client, parameter, OCI_ATTR_CHAR_USED);
-  column.char_size = Attribute<ub2>(client, parameter, OCI_ATTR_CHAR_SIZE);
-  column.form = Attribute<ub1>(client, parameter, OCI_ATTR_CHARSET_FORM);
-  column.fsprecision = Attribute<ub1>(client, parameter, OCI_ATTR_FSPRECISION);
-  column.lfprecision = Attribute<ub1>(client, parameter, OCI_ATTR_LFPRECISION);
-  EXPECT_EQ(OCIDescriptorFree(parameter, OCI_DTYPE_PARAM), OCI_SUCCESS);
-  return column;
-}
-
-std::vector<Column> DescribeQuery(Client& client, std::string_view query) {
-  Statement statement(client, query);
-  EXPECT_EQ(statement.Execute(0, OCI_DESCRIBE_ONLY), OCI_SUCCESS) << client.LastReport().text;
-  std::vector<Column> columns;
-  for (ub4 i = 1; i <= statement.Attribute<ub4>(OCI_ATTR_PARAM_COUNT); ++i)
-    columns.push_back(ColumnOf(client, statement, i));
-  return columns;
-}
 
 struct Declared {
   const char* type;
@@ -149,6 +97,41 @@ TEST_P(Describing, QuotedNamesKeepTheirCase) {
   const auto columns = DescribeQuery(client, "SELECT 1 AS \"Mixed\", 2 AS Folded FROM DUAL");
   EXPECT_EQ(columns[0].name, "Mixed");
   EXPECT_EQ(columns[1].name, "FOLDED");
+}
+
+TEST_P(Describing, AColumnDeclaredInQuotesKeepsItsCaseWhereverItIsNamed) {
+  Table("T_QUOTED", "\"Mixed Case\" NUMBER(7,-2), \"lower\" VARCHAR2(9), Plain DATE, \"UPPER\" NUMBER");
+  const auto names = [&](const std::string& query) {
+    std::string joined;
+    for (const Column& column : DescribeQuery(client, query)) joined += column.name + "|";
+    return joined;
+  };
+  EXPECT_EQ(names("SELECT * FROM T_QUOTED"), "Mixed Case|lower|PLAIN|UPPER|");
+  EXPECT_EQ(names("SELECT Q.*, PLAIN AS OTHER FROM T_QUOTED Q"), "Mixed Case|lower|PLAIN|UPPER|OTHER|");
+  EXPECT_EQ(names("SELECT \"lower\", plain, \"Mixed Case\" AS folded FROM T_QUOTED"), "lower|PLAIN|FOLDED|");
+  EXPECT_EQ(DescribeQuery(client, "SELECT * FROM T_QUOTED").at(0).scale, -2);
+  Drop("TABLE T_QUOTED2");
+  MustExec(client, "CREATE TABLE T_QUOTED2 AS SELECT * FROM T_QUOTED");
+  EXPECT_EQ(names("SELECT * FROM T_QUOTED2"), "Mixed Case|lower|PLAIN|UPPER|");
+  EXPECT_EQ(Rows(client,
+                 "SELECT COLUMN_NAME, DATA_TYPE FROM USER_TAB_COLUMNS WHERE TABLE_NAME = 'T_QUOTED' ORDER BY "
+                 "COLUMN_ID"),
+            (std::vector<std::vector<std::string>>{
+                {"Mixed Case", "NUMBER"}, {"lower", "VARCHAR2"}, {"PLAIN", "DATE"}, {"UPPER", "NUMBER"}}));
+}
+
+TEST_P(Describing, NamesAreFoundInAnyCaseAndReservedWordsInQuotes) {
+  Table("T_WORDS", "\"SELECT\" NUMBER, \"Order\" NUMBER, Level_1 NUMBER, A$B#C NUMBER");
+  MustExec(client, "INSERT INTO t_WORDS (\"SELECT\", \"Order\", LEVEL_1, a$b#c) VALUES (1, 2, 3, 4)");
+  EXPECT_EQ(Rows(client, "SELECT \"SELECT\", \"Order\", level_1, A$B#C FROM T_words")[0],
+            (std::vector<std::string>{"1", "2", "3", "4"}));
+  const auto columns = DescribeQuery(client, "SELECT * FROM T_WORDS");
+  EXPECT_EQ(columns[0].name, "SELECT");
+  EXPECT_EQ(columns[1].name, "Order");
+  EXPECT_EQ(columns[2].name, "LEVEL_1");
+  EXPECT_EQ(columns[3].name, "A$B#C");
+  EXPECT_EQ(Exec(client, "SELECT NO_SUCH FROM T_WORDS"), OCI_ERROR);
+  EXPECT_EQ(client.LastReport().text, "ORA-00904: \"NO_SUCH\": invalid identifier\n");
 }
 
 TEST_P(Describing, AnAliasKeepsTheTypeOfItsColumn) {

@@ -94,9 +94,14 @@ std::string IndColumns(const Scope& scope) {
          scope.Where("i.table_schema");
 }
 
+// A column declared in quotes is named in its comment.
+constexpr char kColumnName[] =
+    "CAST(CASE WHEN c.column_comment LIKE CONCAT('ora:% \"', c.column_name, '\"') THEN c.column_name"
+    " ELSE UPPER(c.column_name) END AS CHAR(64)) COLUMN_NAME";
+
 // t: the declared type of a column, which is its comment, or else what its storage comes closest to.
 constexpr char kDeclaredType[] =
-    "CASE WHEN c.column_comment LIKE 'ora:%' THEN SUBSTR(c.column_comment, 5)"
+    "CASE WHEN c.column_comment LIKE 'ora:%' THEN SUBSTRING_INDEX(SUBSTR(c.column_comment, 5), ' \"', 1)"
     " WHEN c.data_type = 'decimal' THEN CONCAT('NUMBER(', c.numeric_precision, ',', c.numeric_scale, ')')"
     " WHEN c.data_type = 'double' THEN 'NUMBER' WHEN c.data_type = 'float' THEN 'BINARY_FLOAT'"
     " WHEN c.data_type LIKE '%int' THEN CONCAT('NUMBER(', c.numeric_precision, ')')"
@@ -142,8 +147,8 @@ std::string TabColumns(const Scope& scope) {
   const std::string owner = scope.is_all ? "OWNER, " : "";
   return "SELECT " + owner + "TABLE_NAME, COLUMN_NAME, " + kTypeColumns +
          ", NULLABLE, COLUMN_ID, DATA_DEFAULT FROM (SELECT d.*, " + kTypeArguments + " FROM (SELECT " +
-         OwnerIfAll(scope, "c.table_schema") + Name("c.table_name", "TABLE_NAME") + ", " +
-         Name("c.column_name", "COLUMN_NAME") + ", " + kDeclaredType +
+         OwnerIfAll(scope, "c.table_schema") + Name("c.table_name", "TABLE_NAME") + ", " + kColumnName +
+         ", " + kDeclaredType +
          ", CASE c.is_nullable WHEN 'YES' THEN 'Y' ELSE 'N' END NULLABLE, c.ordinal_position COLUMN_ID,"
          " c.column_default DATA_DEFAULT FROM information_schema.columns c" +
          scope.Where("c.table_schema") + kNoSequence + ") d) e";

@@ -2,11 +2,13 @@
 #include "oci/mariadb/sql/OracleType.h"
 
 #include "oci/mariadb/OraError.h"
+#include "oci/mariadb/sql/TextCase.h"
 
 namespace ocimaria::sql {
 namespace {
 
 constexpr std::string_view kCommentPrefix = "ora:";
+constexpr std::string_view kNameStart = " \"";
 
 std::string Sized(std::string_view name, int size) {
   return std::string(name) + "(" + std::to_string(size) + ")";
@@ -118,15 +120,27 @@ std::string TypeText(const OracleType& type) {
   return {};
 }
 
-std::string ColumnComment(const OracleType& type) { return std::string(kCommentPrefix) + TypeText(type); }
+std::string ColumnComment(const OracleType& type, std::string_view name) {
+  std::string comment = std::string(kCommentPrefix) + TypeText(type);
+  if (!EqualsUpper(name, name)) comment.append(kNameStart).append(name).append("\"");
+  return comment;
+}
 
 std::optional<OracleType> FromColumnComment(std::string_view comment) {
   if (!comment.starts_with(kCommentPrefix)) return std::nullopt;
+  comment = comment.substr(0, comment.find(kNameStart));
   try {
     return ParseOracleType(comment.substr(kCommentPrefix.size()));
   } catch (const OraError&) {
     return std::nullopt;
   }
+}
+
+std::string_view NameInColumnComment(std::string_view comment) {
+  const auto start = comment.find(kNameStart);
+  if (start == comment.npos || !comment.starts_with(kCommentPrefix) || !comment.ends_with('"')) return {};
+  comment.remove_prefix(start + kNameStart.size());
+  return comment.substr(0, comment.find('"'));
 }
 
 TypeDescription Describe(const OracleType& type, int bytes_per_character) {

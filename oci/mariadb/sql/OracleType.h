@@ -91,8 +91,11 @@ OracleType ParseOracleType(std::string_view text);
 // …
 std::string TypeText(const OracleType& type);
 
-std::string ColumnComment(const OracleType& type);
+// `name`, the column's own, is kept behind the type unless it is upper case: ora:NUMBER(7,-2) "Mixed". The
+// server does not tell a name that was declared in quotes from any other.
+std::string ColumnComment(const OracleType& type, std::string_view name = {});
 std::optional<OracleType> FromColumnComment(std::string_view comment);  // none: the comment holds no type
+std::string_view NameInColumnComment(std::string_view comment);         // empty: it holds no name
 
 // `bytes_per_character`: of the client's character set, at most.
 TypeDescription Describe(const OracleType& type, int bytes_per_character = 4);

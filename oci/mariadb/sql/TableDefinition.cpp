@@ -84,14 +84,15 @@ void TableDefinition::RewriteColumn(Range element) {
   ReplaceType(column, StorageType(column.type));
   // The server takes the comment of a generated column behind its expression only.
   if (column.is_generated) {
-    m_pieces.InsertAfter(element.end - 1, " COMMENT " + QuoteLiteral(ColumnComment(column.type)));
+    m_pieces.InsertAfter(element.end - 1,
+                         " COMMENT " + QuoteLiteral(ColumnComment(column.type, column.name)));
   }
   m_columns.push_back(std::move(column));
 }
 
 void TableDefinition::ReplaceType(const Column& column, const std::string& storage) {
   std::string text = storage;
-  if (!column.is_generated) text += " COMMENT " + QuoteLiteral(ColumnComment(column.type));
+  if (!column.is_generated) text += " COMMENT " + QuoteLiteral(ColumnComment(column.type, column.name));
   m_pieces.Replace(column.type_at, std::move(text));
 }
 

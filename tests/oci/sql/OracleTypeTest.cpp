@@ -101,6 +101,17 @@ TEST(OracleType, ComesBackFromTheCommentOfItsColumn) {
   }
 }
 
+TEST(OracleType, TheCommentKeepsANameThatIsNotUpperCase) {
+  const OracleType type = ParseOracleType("NUMBER(7,-2)");
+  EXPECT_EQ(ColumnComment(type, "PLAIN"), "ora:NUMBER(7,-2)");
+  const std::string comment = ColumnComment(type, "Mixed Case");
+  EXPECT_EQ(comment, "ora:NUMBER(7,-2) \"Mixed Case\"");
+  EXPECT_EQ(FromColumnComment(comment), type);
+  EXPECT_EQ(NameInColumnComment(comment), "Mixed Case");
+  EXPECT_EQ(NameInColumnComment("ora:NUMBER(7,-2)"), "");
+  EXPECT_EQ(NameInColumnComment("the \"best\""), "");
+}
+
 TEST(OracleType, FindsNothingInAnotherComment) {
   EXPECT_EQ(FromColumnComment(""), std::nullopt);
   EXPECT_EQ(FromColumnComment("the price"), std::nullopt);
