@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// The refresh of tables, properties and sequence.
+// What the refresh of the tables deletes and tells, and whose tables it takes.
 #include "Benchmarks/CREP_ORA8/REP_RefreshTables_ORA8.h"
 #include "SchemaFixture.h"
 
 namespace {
 
-using scripted::kHighStatus;
 using scripted::Oci;
-using scripted::OraFault;
-using scripted::StatusFault;
 using testing::AnyOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 std::string Message(const std::string& percent) {
@@ -54,30 +50,11 @@ class RefreshTable : public plugin_test::SchemaTest {
   CREP_RefreshTable_ORA8 m_xact;
 };
 
-TEST_F(RefreshTable, ATableThatKeepsNothingIsTruncatedWithoutAMessage) {
-  SetScales(0, 3);
-  EXPECT_EQ(Run(), 1);
-  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare("TRUNCATE TABLE LK_REP_TABLE1"),
-                                         Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
-  EXPECT_THAT(Messages(), IsEmpty());
-}
-
 TEST_F(RefreshTable, OnlyACountOfZeroTruncates) {
   SetScales(-0.5, 1);
   Oci().RowCounts("DELETE", {0});
   EXPECT_EQ(Run(), 1);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre(DeleteSql("LK_REP_TABLE1", "-500")));
-}
-
-TEST_F(RefreshTable, RowsAboveTheScaleAreDeletedInCommittedBatchesOnOneHandle) {
-  SetScales(1, 13.345);
-  const std::string sql = DeleteSql("LK_REP_TABLE1", "1000");
-  Oci().RowCounts(sql, {5000, 5000, 2345});
-  EXPECT_EQ(Run(), 1);
-  const std::string execute = Execute(OCI_COMMIT_ON_SUCCESS);
-  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), execute, RowCount(), Prepare(sql), execute,
-                                         RowCount(), Prepare(sql), execute, RowCount()));
-  EXPECT_THAT(Messages(), ElementsAre(Message("40.50"), Message("81.00"), Message("100.00")));
 }
 
 TEST_F(RefreshTable, AFullLastBatchNeedsOneMoreThatDeletesNothing) {
@@ -125,71 +102,11 @@ TEST_F(RefreshTable, TheCountsAreTheScalesTruncated) {
   EXPECT_EQ(iTotalRows, 2000);
 }
 
-TEST_F(RefreshTable, MessagesAreNotForcedIntoDisplay) {
-  EXPECT_EQ(Run(), 1);
-  ASSERT_EQ(m_reports.Errors().size(), 1u);
-  EXPECT_EQ(m_reports.Errors().front().m_bAlwaysDisplay, 0);
-}
-
-TEST_F(RefreshTable, TheTimerIsNotUsed) {
-  EXPECT_EQ(Run(), 1);
-  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
-  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(RefreshTable, ACancelBeforeTheFirstBatchSucceedsWithoutADelete) {
-  m_xact.RequestCancel();
-  EXPECT_EQ(Run(), 1);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-}
-
-TEST_F(RefreshTable, ACancelBetweenTwoBatchesSucceedsAndLeavesTheRest) {
-  SetScales(1, 21);
-  Oci().RowCounts("DELETE", {5000, 5000, 5000, 5000});
-  Oci().After("OCIStmtExecute", 2, [this] { m_xact.RequestCancel(); });
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(Oci().Executions().size(), 2u);
-  EXPECT_THAT(Messages(), ElementsAre(Message("25.00"), Message("50.00")));
-}
-
 TEST_F(RefreshTable, ACancelDoesNotStopATruncate) {
   SetScales(0, 1);
   m_xact.RequestCancel();
   EXPECT_EQ(Run(), 1);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("TRUNCATE TABLE LK_REP_TABLE1"));
-}
-
-TEST_F(RefreshTable, EveryTableOfTheUserIsRefreshedInOrderOnTheSameHandle) {
-  SetTables(3);
-  SetScales(2, 2);
-  Oci().RowCounts("DELETE", {0, 0, 0});
-  EXPECT_EQ(Run(), 1);
-  EXPECT_THAT(Oci().ExecutedSql(),
-              ElementsAre(DeleteSql("LK_REP_TABLE1", "2000"), DeleteSql("LK_REP_TABLE2", "2000"),
-                          DeleteSql("LK_REP_TABLE3", "2000")));
-  EXPECT_EQ(Oci().CountCalls("OCIHandleAlloc"), 1);
-}
-
-TEST_F(RefreshTable, AFailureStopsAtItsTable) {
-  SetTables(3);
-  Oci().RowCounts("DELETE", {0, 0, 0});
-  Oci().FailSql("DELETE FROM LK_REP_TABLE2", 1, OraFault(942));
-  EXPECT_EQ(Run(), 0);
-  EXPECT_EQ(Oci().Executions().size(), 2u);
-  EXPECT_THAT(Messages(), ElementsAre(HasSubstr("LK_REP_TABLE1"), HasSubstr("ORA-00942")));
-}
-
-TEST_F(RefreshTable, AFailedTruncateReturnsZero) {
-  SetScales(0, 1);
-  Oci().FailSql("TRUNCATE", 1, OraFault(942));
-  EXPECT_EQ(Run(), 0);
-  EXPECT_THAT(OneReport(), HasSubstr("ORA-00942"));
-}
-
-TEST_F(RefreshTable, NoTablesAreASuccess) {
-  Bind(m_xact);
-  EXPECT_EQ(m_xact.Execute(), 1);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
 }
 
 TEST_F(RefreshTable, TablesAreDealtRoundRobin) {
@@ -235,20 +152,6 @@ TEST_F(RefreshTable, BackupModeNeedsBothTheSettingAndAPositiveSelector) {
   EXPECT_THAT(m_driver.m_operations, IsEmpty());
 }
 
-TEST_F(RefreshTable, PostBenchmarkFreesTheHandleAndKeepsThePointer) {
-  EXPECT_EQ(Run(), 1);
-  EXPECT_EQ(ExtraHandles(), 1);
-  EXPECT_EQ(m_xact.PostBenchmark(), 1);
-  EXPECT_EQ(Oci().Calls().back(), Free());
-  EXPECT_EQ(ExtraHandles(), 0);
-  EXPECT_NE(m_xact.m_pstmt, nullptr);
-}
-
-TEST_F(RefreshTable, PostBenchmarkWithoutAHandleFreesNothing) {
-  EXPECT_EQ(m_xact.PostBenchmark(), 1);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-}
-
 TEST_F(RefreshTable, TheDestructorDoesNotFreeTheHandle) {
   {
     CREP_RefreshTable_ORA8 xact;
@@ -272,43 +175,6 @@ TEST_F(RefreshStatement, ReturnsTheRowCountAndKeepsTheHandle) {
   EXPECT_EQ(ExtraHandles(), 1);
 }
 
-TEST_F(RefreshStatement, AFailedAllocationIsReportedByItsLowBits) {
-  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
-  EXPECT_THAT(XactCalls(), ElementsAre(Alloc()));
-  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
-}
-
-TEST_F(RefreshStatement, AFailedPrepareIsReportedByItsLowBits) {
-  Oci().FailCall("OCIStmtPrepare", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
-  EXPECT_THAT(XactCalls(), ElementsAre(Alloc(), Prepare("UPDATE T")));
-  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
-}
-
-TEST_F(RefreshStatement, AFailedExecuteIsReportedByItsLowBits) {
-  Oci().FailCall("OCIStmtExecute", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
-  EXPECT_THAT(XactCalls(), ElementsAre(Alloc(), Prepare("UPDATE T"), Execute(OCI_COMMIT_ON_SUCCESS)));
-  EXPECT_THAT(OneReport(), HasSubstr("status 5 "));
-}
-
-TEST_F(RefreshStatement, AFailedRowCountIsReportedWithItsWholeStatus) {
-  Oci().FailCall("OCIAttrGet", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
-  EXPECT_THAT(XactCalls(),
-              ElementsAre(Alloc(), Prepare("UPDATE T"), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
-  EXPECT_THAT(OneReport(), HasSubstr("status 65541 "));
-}
-
-TEST_F(RefreshStatement, SuccessWithInformationIsASuccessOfTheExecuteOnly) {
-  Oci().FailCall("OCIStmtExecute", 1, StatusFault(OCI_SUCCESS_WITH_INFO));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), 0);
-  EXPECT_THAT(m_reports.Reports(), IsEmpty());
-  Oci().FailCall("OCIStmtPrepare", 1, StatusFault(OCI_SUCCESS_WITH_INFO));
-  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
-}
-
 TEST_F(RefreshStatement, TheBaseKeepsNothingAndHasNoName) {
   m_xact.m_strTableName = L"T";
   __int64 iStartRows = 11;
@@ -321,54 +187,10 @@ TEST_F(RefreshStatement, TheBaseKeepsNothingAndHasNoName) {
   EXPECT_TRUE(m_xact.GetName().IsEmpty());
 }
 
-class RefreshProperties : public plugin_test::SchemaTest {
- protected:
-  CREP_Refresh_Properties_Table m_xact;
-};
-
-TEST_F(RefreshProperties, RewritesTheNumberOfTablesAndTheTruncatedScale) {
-  SetTables(4);
-  m_properties.SetScale(2.9);
-  Bind(m_xact);
-  EXPECT_EQ(m_xact.Execute(), 1);
-  const std::string sql =
-      "BEGIN UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '4' WHERE PROP_NAME = 'Number Of Tables';  "
-      "UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '2' WHERE PROP_NAME = 'Scale'; END;";
-  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
-}
-
-TEST_F(RefreshProperties, AFailureIsReportedOnceAndReturnsZero) {
-  Bind(m_xact);
-  Oci().FailSql("BEGIN", 1, OraFault(942));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_THAT(OneReport(), HasSubstr("ORA-00942"));
-}
-
 class RefreshSequence : public plugin_test::SchemaTest {
  protected:
   CREP_Refresh_Sequence m_xact;
 };
-
-TEST_F(RefreshSequence, DropsItWhereItIsThereAndCreatesItInOneBlock) {
-  m_properties.SetScale(1.9999);
-  m_benchmark.SetBenchmarkScale(7);  // not asked
-  Bind(m_xact);
-  EXPECT_EQ(m_xact.Execute(), 1);
-  const std::string sql =
-      "DECLARE v_count number; "
-      "BEGIN SELECT COUNT(*) INTO v_count FROM USER_SEQUENCES WHERE SEQUENCE_NAME = 'LK_REP_ID_SEQ';  "
-      "IF v_count > 0 THEN \t\tEXECUTE IMMEDIATE 'DROP SEQUENCE LK_REP_ID_SEQ';  END IF;  "
-      "EXECUTE IMMEDIATE 'CREATE SEQUENCE LK_REP_ID_SEQ START WITH 2000 CACHE 100'; END;";
-  EXPECT_THAT(Oci().Calls(), ElementsAre(Alloc(), Prepare(sql), Execute(OCI_COMMIT_ON_SUCCESS), RowCount()));
-  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
-}
-
-TEST_F(RefreshSequence, AFailureIsReportedOnceAndReturnsZero) {
-  Bind(m_xact);
-  Oci().FailSql("DECLARE", 1, OraFault(1031));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_THAT(OneReport(), HasSubstr("ORA-01031"));
-}
 
 TEST_F(RefreshSequence, TheHandleIsKeptForTheNextRunAndFreedAtTheEnd) {
   Bind(m_xact);

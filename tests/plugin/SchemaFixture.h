@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The fixture of the schema and refresh tests: a driver on the scripted OCI that answers backup operations
-// itself, a journal, a benchmark, settings, and the texts of the calls that a transaction is expected to
-// make.
+// itself, a journal, a benchmark and settings.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -18,17 +17,8 @@
 
 namespace plugin_test {
 
-// A transaction whose byte counter can be set.
-template <class Transaction>
-class Counting : public Transaction {
- public:
-  using CXact::m_nXactBytes;
-};
-
 class SchemaTest : public scripted::JournalTest {
  protected:
-  using Calls = std::vector<std::string>;
-
   // Gives the transaction the driver, the benchmark and the settings as they stand now.
   void Bind(CXact& xact) {
     xact.SetDriver(&m_driver);
@@ -47,25 +37,6 @@ class SchemaTest : public scripted::JournalTest {
     return std::make_shared<ColumnInfo>(type, nWeight, bNullable);
   }
 
-  // The transaction's calls so far; the driver's reading of an error record is its own matter.
-  static Calls XactCalls() {
-    Calls calls = scripted::Oci().Calls();
-    std::erase_if(calls, [](const std::string& call) { return call.starts_with("OCIErrorGet("); });
-    return calls;
-  }
-  std::string Alloc() { return "OCIHandleAlloc(" + Name(m_driver.GetOCIEnvironment()) + ", 4, 0, null)"; }
-  std::string Prepare(const std::string& sql) {
-    return "OCIStmtPrepare(stmt#1, " + Error() + ", \"" + sql + "\", " + std::to_string(sql.size()) +
-           ", 1, 0)";
-  }
-  std::string Execute(ub4 mode) {
-    return "OCIStmtExecute(" + Name(m_driver.GetOCIServerContext()) + ", stmt#1, " + Error() +
-           ", 1, 0, null, null, " + std::to_string(mode) + ")";
-  }
-  std::string RowCount() { return "OCIAttrGet(stmt#1, 4, 4, 9, " + Error() + ")"; }
-  static std::string Free() { return "OCIHandleFree(stmt#1, 4)"; }
-  std::string Error() { return Name(m_driver.GetOCIError()); }
-
   std::string OneReport() const {
     const auto reports = m_reports.Reports();
     EXPECT_EQ(reports.size(), 1u);
@@ -74,9 +45,6 @@ class SchemaTest : public scripted::JournalTest {
 
   CREP_ORA8 m_benchmark;
   CBenchmarkProperties m_properties;
-
- private:
-  static std::string Name(const void* handle) { return scripted::Oci().NameOf(handle); }
 };
 
 }  // namespace plugin_test

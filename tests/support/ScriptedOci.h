@@ -70,8 +70,6 @@ class ScriptedOci {
   void ClearCalls();  // also executions; handles and answers stay
   const std::vector<Execution>& Executions() const { return m_executions; }
   std::vector<std::string> ExecutedSql() const;
-  void OnCall(
-      std::function<void(const std::string&)> listener);  // told every call from now on; empty: nobody
 
   // Faults. `nth` counts from 1 from this moment on; each fault fires once.
   void FailAnyCall(int nth, Fault fault);  // the nth call, whatever it is (OCIErrorGet is not counted)
