@@ -19,6 +19,11 @@ int CXact::Execute() {
   return pNext == nullptr ? 1 : pNext->Execute();
 }
 
+// Not inline: the transactions of a plug-in call these, and what they do stays the host's to change.
+int CXact::PreBenchmark() { return 1; }
+int CXact::PostBenchmark() { return 1; }
+int CXact::PreIteration() { return 1; }
+
 int CXact::PreExecute() { return m_pStartEvent == nullptr || m_pStartEvent->bSignalled ? 1 : 0; }
 
 int CXact::InitializeForTest(LKEvent_* pStart, int nUserID, int nTotalUsers, int nSeed) {
