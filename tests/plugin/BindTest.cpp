@@ -2,8 +2,10 @@
 // Array binds: which one a column gets, how it is bound, what a row leaves in the arrays.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "Benchmarks/CREP_ORA8/Bind.h"
 #include "ConnectedDriver.h"
@@ -123,6 +125,23 @@ TEST_F(Binds, AnAllocationThatIsRefusedFailsInitialize) {
   EXPECT_EQ(bind.Initialize(), 0);
   EXPECT_EQ(bind.m_pData, nullptr);
   EXPECT_EQ(bind.m_pIndicator, nullptr);
+}
+
+// kept: whether the new bind got its arrays is not looked at.
+TEST_F(Binds, ABindIsHandedOutAlsoWithoutItsArrays) {
+  CColumn column = ColumnOf(TextColumn("NAME", 65535));
+  const auto pBind = Create<TextBind>(column, 0xFFFFFFFFU);  // 256 TB
+  EXPECT_EQ(pBind->m_pData, nullptr);
+  EXPECT_EQ(pBind->m_nMaxRows, 0xFFFFFFFFU);
+}
+
+TEST_F(Binds, FieldsStandInTheirOrderWithTheSeedThatNobodyUses) {
+  CColumn column = ColumnOf(IdColumn());
+  const auto pBind = Create<NumberBind>(column, 1);
+  const std::vector<const void*> fields = {&pBind->m_pColumn, &pBind->m_pData,          &pBind->m_pIndicator,
+                                           &pBind->m_pBind,   &pBind->m_pDataGenerator, &pBind->m_nSeed,
+                                           &pBind->m_nMaxRows};
+  EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
 }
 
 TEST_F(Binds, WithoutAStatementBindingIsReportedAndFails) {

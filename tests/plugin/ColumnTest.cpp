@@ -71,30 +71,12 @@ TEST_F(Columns, PrecisionAndScaleAreReadForNumbersOnly) {
   EXPECT_EQ(Oci().CountCalls("OCIAttrGet"), 4);
 }
 
-TEST_F(Columns, TheParameterDescriptorIsNotFreed) {
-  CColumn column(Described({IdColumn()}), Error(), 1);
-  column.Initialize();
-  EXPECT_EQ(Oci().CountCalls("OCIDescriptorFree"), 0);
-  EXPECT_EQ(Oci().Live(OCI_DTYPE_PARAM), 1);
-}
-
 TEST_F(Columns, AColumnWithoutStatementOrErrorHandleIsReportedAndFails) {
   OCIStmt* pStmt = Described({IdColumn()});
   EXPECT_EQ(CColumn(nullptr, Error(), 1).Initialize(), 0);
   EXPECT_EQ(CColumn(pStmt, nullptr, 1).Initialize(), 0);
   EXPECT_THAT(m_asserts.Conditions(), ElementsAre("m_pStmt && m_pError", "m_pStmt && m_pError"));
   EXPECT_THAT(Oci().Calls(), IsEmpty());
-}
-
-TEST_F(Columns, AColumnStopsAtItsFirstFailingCall) {
-  OCIStmt* pStmt = Described({NumberColumn("COLUMN1", 10, 2)});
-  for (int nCall = 1; nCall <= 7; ++nCall) {
-    Oci().ClearCalls();
-    Oci().FailAnyCall(nCall, OraFault(1406));
-    EXPECT_EQ(CColumn(pStmt, Error(), 1).Initialize(), 0);
-    EXPECT_EQ(Oci().Calls().size(), static_cast<size_t>(nCall));
-  }
-  EXPECT_THAT(m_reports.Reports(), IsEmpty());
 }
 
 TEST_F(Columns, AreDescribedInSelectListOrder) {

@@ -162,6 +162,14 @@ TEST_F(LoadDeal, TheBaseOfLoadsHasTheClassInformationOfTheHostsTransaction) {
   EXPECT_EQ(wxClassInfo::FindClass("CXact_LoadTableBase_ORA8"), nullptr);
 }
 
+TEST_F(LoadDeal, FieldsStandInTheirOrderWithThoseThatNobodyUses) {
+  const CXact_LoadTable_ORA8 load;
+  const std::vector<const void*> fields = {
+      &load.m_szSQL,         &load.m_szTableName,       &load.m_nRows,      &load.m_nBytes,
+      &load.m_bCreateBackup, &load.m_bReloadLastBackup, &load.m_TableArray, &load.m_BackupTableMap};
+  EXPECT_TRUE(std::ranges::is_sorted(fields));
+}
+
 TEST_F(LoadDeal, RowsPerCommitIsReadFromTheSettingsAndClamped) {
   CXact_LoadTable_ORA8 load;
   const struct {

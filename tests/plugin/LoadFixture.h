@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the tests of the load share: transaction copies of numbered users with the fields of the host in
-// reach.
+// reach, on top of a base with a connected driver whose backup operations are answered as told.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -36,10 +36,11 @@ class Opened : public Load {
 };
 using LoadUser = Opened<CXact_LoadTable_ORA8>;
 
-class LoadTest : public ConnectedDriver<BackupDriver> {
+template <class Base>
+class LoadTestOn : public Base {
  protected:
-  LoadTest() { SetRowsPerCommit(500); }
-  ~LoadTest() override { SetRowsPerCommit(500); }
+  LoadTestOn() { SetRowsPerCommit(500); }
+  ~LoadTestOn() override { SetRowsPerCommit(500); }
 
   static void SetRowsPerCommit(long nRows) {
     LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", nRows);
@@ -57,7 +58,7 @@ class LoadTest : public ConnectedDriver<BackupDriver> {
   template <class Load = LoadUser>
   std::unique_ptr<Load> User(int nUserID, int nTotalUsers) {
     auto pLoad = std::make_unique<Load>();
-    pLoad->SetDriver(&m_driver);
+    pLoad->SetDriver(&this->m_driver);
     pLoad->SetUserID(nUserID);
     pLoad->SetTotalUsers(nTotalUsers);
     pLoad->SetBenchmarkProperties(m_properties);
@@ -67,7 +68,7 @@ class LoadTest : public ConnectedDriver<BackupDriver> {
   std::unique_ptr<LoadUser> ReadyUser(int nUserID, int nTotalUsers) {
     auto pUser = User(nUserID, nTotalUsers);
     EXPECT_EQ(pUser->PreBenchmark(), 1);
-    m_driver.m_operations.clear();
+    this->m_driver.m_operations.clear();
     Oci().ClearCalls();
     return pUser;
   }
@@ -89,6 +90,7 @@ class LoadTest : public ConnectedDriver<BackupDriver> {
 
   CBenchmarkProperties m_properties;
 };
+using LoadTest = LoadTestOn<ConnectedDriver<BackupDriver>>;
 
 // nFirst, nFirst + 1, … nLast
 inline std::vector<long> Ids(long nFirst, long nLast) {

@@ -18,13 +18,9 @@ using scripted::ColumnSpec;
 using scripted::DateColumn;
 using scripted::DescribeTable;
 using scripted::IdColumn;
-using scripted::kHighStatus;
 using scripted::NumberColumn;
 using scripted::Oci;
-using scripted::OraFault;
-using scripted::StatusFault;
 using scripted::TextColumn;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class TableLoader : public scripted::ConnectedDriver<> {
@@ -147,54 +143,6 @@ TEST_F(TableLoader, TheInsertOfASingleColumnHasNoComma) {
   EXPECT_EQ(Loader({IdColumn()}, 5).BuildSQL().ToChar(), "INSERT INTO LK_REP_TABLE1 (ID) VALUES (:ID)");
 }
 
-TEST_F(TableLoader, BindingPreparesTheInsertAndBindsByPosition) {
-  CTableLoader& loader = Loader({IdColumn(), TextColumn("COLUMN1", 20)}, 5);
-  EXPECT_EQ(loader.BindColumns(), 1);
-  EXPECT_THAT(
-      Oci().Calls(),
-      ElementsAre(
-          "OCIHandleAlloc(env#1, 4, 0, null)",
-          "OCIStmtPrepare(stmt#2, err#1, \"INSERT INTO LK_REP_TABLE1 (ID, COLUMN1) VALUES (:ID, :COLUMN1)\", "
-          "62, 1, 0)",
-          "OCIBindByPos(stmt#2, err#1, 1, &, 8, 4, &, null, null, 0, null, 0)",
-          "OCIBindArrayOfStruct(bind#1, err#1, 8, 0, 0, 0)",
-          "OCIBindByPos(stmt#2, err#1, 2, &, 21, 5, &, null, null, 0, null, 0)",
-          "OCIBindArrayOfStruct(bind#2, err#1, 21, 0, 0, 0)"));
-}
-
-TEST_F(TableLoader, AMissingInsertHandleIsReported) {
-  CTableLoader& loader = Loader({IdColumn()}, 5);
-  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR, 0, ""});
-  EXPECT_EQ(loader.BindColumns(), 0);
-  EXPECT_EQ(loader.m_pInsertStmt, nullptr);
-  ASSERT_EQ(m_reports.Reports().size(), 1U);
-  EXPECT_THAT(m_reports.Reports()[0], testing::HasSubstr("Unable create statement handle for TableLoader!"));
-}
-
-TEST_F(TableLoader, AFailedInsertPrepareIsSilent) {
-  CTableLoader& loader = Loader({IdColumn()}, 5);
-  Oci().FailCall("OCIStmtPrepare", 1, OraFault(1756));
-  EXPECT_EQ(loader.BindColumns(), 0);
-  EXPECT_THAT(Oci().CallNames(), ElementsAre("OCIHandleAlloc", "OCIStmtPrepare"));
-  EXPECT_THAT(m_reports.Reports(), IsEmpty());
-}
-
-TEST_F(TableLoader, AFailedBindEndsBindingSilently) {
-  CTableLoader& loader = Loader({IdColumn(), TextColumn("A", 4), TextColumn("B", 4)}, 5);
-  Oci().FailCall("OCIBindByPos", 2, OraFault(1036));
-  EXPECT_EQ(loader.BindColumns(), 0);
-  EXPECT_EQ(Oci().CountCalls("OCIBindByPos"), 2);
-  EXPECT_THAT(m_reports.Reports(), IsEmpty());
-}
-
-TEST_F(TableLoader, FreesItsInsertAndLeavesTheDescribeToTheTable) {
-  BoundLoader({IdColumn()}, 5);
-  EXPECT_EQ(ExtraHandles(), 2);
-  m_pLoader.reset();
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#2, 4)"));
-  EXPECT_EQ(ExtraHandles(), 1);
-}
-
 TEST_F(TableLoader, CleanupEmptiesTheBinds) {
   CTableLoader& loader = Loader({IdColumn(), TextColumn("A", 4)}, 5);
   loader.Cleanup();
@@ -219,13 +167,6 @@ TEST_F(TableLoader, BatchesOfFiveHundredCarryOneThousandTwoHundredAndThirtyFourR
   EXPECT_EQ(batches[0].rows.front()[0], "1");
   EXPECT_EQ(batches[1].rows.front()[0], "501");
   EXPECT_EQ(batches[2].rows.back()[0], "1234");
-}
-
-TEST_F(TableLoader, ABatchIsOneExecuteThatCommits) {
-  CTableLoader& loader = BoundLoader({IdColumn()}, 5);
-  Fill(loader, 1, 3);
-  EXPECT_EQ(loader.SendRows(3), 1);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIStmtExecute(svc#1, stmt#2, err#1, 3, 0, null, null, 32)"));
 }
 
 TEST_F(TableLoader, TheCommitModeIsPassedToTheExecute) {
@@ -328,52 +269,6 @@ TEST_F(TableLoader, RowsFillTheArrayFromItsStartAfterEachBatch) {
   EXPECT_EQ(loader.m_nNumberOfRows, 0);
   Fill(loader, 4, 4);
   EXPECT_EQ(loader.m_nRowIndex, 0);
-}
-
-TEST_F(TableLoader, SendingNoRowsTooManyOrOthersThanFilledIsReportedAndRefused) {
-  CTableLoader& loader = BoundLoader({IdColumn()}, 3);
-  Fill(loader, 1, 2);
-  EXPECT_EQ(loader.SendRows(0), 0);
-  EXPECT_EQ(loader.SendRows(4), 0);
-  EXPECT_EQ(loader.SendRows(1), 0);
-  EXPECT_EQ(loader.SendRows(3), 0);
-  EXPECT_THAT(Oci().Calls(), IsEmpty());
-  EXPECT_THAT(m_reports.Reports(), IsEmpty());
-  EXPECT_THAT(m_asserts.Conditions(),
-              ElementsAre("nRows >= 1 && nRows <= m_nRowsPerCommit", "nRows == m_nNumberOfRows",
-                          "nRows >= 1 && nRows <= m_nRowsPerCommit", "nRows == m_nNumberOfRows",
-                          "nRows == m_nNumberOfRows", "nRows == m_nNumberOfRows"));
-  EXPECT_EQ(loader.SendRows(2), 1);
-}
-
-TEST_F(TableLoader, SendingWithoutAnInsertIsReported) {
-  CTableLoader& loader = Loader({IdColumn()}, 3);
-  loader.MakeRecord(1);
-  EXPECT_EQ(loader.SendRows(1), 0);
-  EXPECT_THAT(m_asserts.Conditions(), ElementsAre("m_pInsertStmt != __null"));
-}
-
-TEST_F(TableLoader, AFailedBatchIsReportedWithTheDatabasesTextAndKeepsItsRowCount) {
-  CTableLoader& loader = BoundLoader({IdColumn()}, 3);
-  Fill(loader, 1, 2);
-  Oci().FailSql("INSERT", 1, OraFault(1, "unique constraint violated"));
-  EXPECT_EQ(loader.SendRows(2), 0);
-  EXPECT_EQ(loader.m_nNumberOfRows, 2);
-  ASSERT_EQ(m_reports.Errors().size(), 1U);
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              testing::StartsWith("ORA-00001: unique constraint"));
-}
-
-TEST_F(TableLoader, AMissingHandleAndAFailedBatchAreReportedWithTheirWholeStatus) {
-  CTableLoader& loader = Loader({IdColumn()}, 3);
-  Oci().FailCall("OCIHandleAlloc", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(loader.BindColumns(), 0);
-  EXPECT_EQ(loader.BindColumns(), 1);
-  Fill(loader, 1, 1);
-  Oci().FailSql("INSERT", 1, StatusFault(kHighStatus));
-  EXPECT_EQ(loader.SendRows(1), 0);
-  EXPECT_THAT(m_reports.Reports(),
-              ElementsAre(testing::HasSubstr("status 65541 "), testing::HasSubstr("status 65541 ")));
 }
 
 TEST_F(TableLoader, FewerBindsThanColumnsStillNameEveryColumn) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The fixture of the workload tests: a connected driver, a replication benchmark, and one copy of a
-// transaction bound to both as virtual user 3, with nine tables that all have an ID, a number, a text and a
-// date column.
+// The fixture of the workload tests: on top of a base with a connected driver, a replication benchmark and
+// one copy of a transaction bound to both as virtual user 3, with nine tables that all have an ID, a number,
+// a text and a date column.
 #pragma once
 
 #include <wx/log.h>
@@ -18,13 +18,13 @@ namespace scripted {
 inline constexpr int kUser = 3;
 inline constexpr char kSequenceQuery[] = "SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL";
 
-template <class Transaction>
-class WorkloadTest : public ConnectedDriver<> {
+template <class Transaction, class Base = ConnectedDriver<>>
+class WorkloadTest : public Base {
  protected:
   explicit WorkloadTest(int nTables = 1) {
     wxLog::SetLogLevel(wxLOG_Message);  // the debug line of every execution is for a LogRecorder only
     SetSettings(nTables, 1.0);
-    m_xact.SetDriver(&m_driver);
+    m_xact.SetDriver(&this->m_driver);
     m_xact.SetBenchmark(&m_benchmark);
     m_xact.SetUserID(kUser);
     Oci().AnswerCounting(kSequenceQuery, 1001);
@@ -52,7 +52,7 @@ class WorkloadTest : public ConnectedDriver<> {
   // The delete of another copy: takes the first recorded row.
   void DeleteOneRow() {
     CXact_Delete xact;
-    xact.SetDriver(&m_driver);
+    xact.SetDriver(&this->m_driver);
     xact.SetBenchmark(&m_benchmark);
     xact.SetUserID(kUser);
     xact.SetBenchmarkProperties(m_xact.GetBenchmarkProperties());

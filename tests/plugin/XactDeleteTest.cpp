@@ -13,7 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
-using testing::StartsWith;
 
 class XactDelete : public WorkloadTest<CXact_Delete> {
  protected:
@@ -91,29 +90,6 @@ TEST_F(XactDelete, AnEntryThatAnotherUserErasedMeanwhileIsNoError) {
   Oci().After("OCIStmtExecute", 1, [this] { m_benchmark.ForgetRow(3, 7); });
   EXPECT_EQ(m_xact.Execute(), 1);
   EXPECT_THAT(MapEntries(), IsEmpty());
-}
-
-TEST_F(XactDelete, OneDeleteIsAPrepareAnExecuteWithoutCommitAndARowCount) {
-  m_benchmark.RecordRow(3, 7);
-  Start();
-  ASSERT_EQ(m_xact.Execute(), 1);
-  EXPECT_THAT(
-      Oci().Calls(),
-      ElementsAre("OCIStmtPrepare(stmt#1, err#1, \"delete from LK_REP_TABLE3 where id = 7\", 38, 1, 0)",
-                  "OCIStmtExecute(svc#1, stmt#1, err#1, 1, 0, null, null, 0)",
-                  "OCIAttrGet(stmt#1, 4, null, 9, err#1)"));
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
-  EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
-}
-
-TEST_F(XactDelete, TheDebugLineNamesUserAndTable) {
-  Start();
-  m_benchmark.RecordRow(3, 7);
-  LogRecorder log;
-  m_xact.BuildSQL();
-  EXPECT_THAT(log.Texts(),
-              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Delete.cpp:160 BuildSQL: Delete --- User [3] "
-                          "Table [LK_REP_TABLE3]\n"));
 }
 
 }  // namespace

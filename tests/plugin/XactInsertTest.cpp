@@ -26,51 +26,6 @@ class XactInsert : public WorkloadTest<CXact_Insert> {
   }
 };
 
-TEST_F(XactInsert, CarriesItsIdentity) {
-  EXPECT_STREQ(m_xact.GetName(), L"Insert Transaction");
-  EXPECT_STREQ(m_xact.GetDescription(), L"Replication benchmark insert transaction");
-  EXPECT_EQ(m_xact.GetXactID(), 131);
-  EXPECT_EQ(m_xact.GetTransactionType(), UNKNOWN);
-}
-
-TEST_F(XactInsert, PreBenchmarkPreparesAndDefinesTheSequenceQueryOnce) {
-  ASSERT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(
-      Oci().Calls(),
-      ElementsAre("OCIHandleAlloc(env#1, 4, 0, null)",
-                  "OCIStmtPrepare(stmt#1, err#1, \"SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL\", 38, 1, 0)",
-                  "OCIDefineByPos(stmt#1, err#1, 1, &, 8, 4, &, null, null, 0)"));
-}
-
-TEST_F(XactInsert, PreBenchmarkReusesAnExistingHandle) {
-  Start();
-  ASSERT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(Oci().CallNames(), ElementsAre("OCIStmtPrepare", "OCIDefineByPos"));
-}
-
-TEST_F(XactInsert, FailedAllocationReturns0WithItsMessage) {
-  Oci().FailCall("OCIHandleAlloc", 1, {OCI_ERROR});
-  EXPECT_EQ(m_xact.PreBenchmark(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              testing::StartsWith("Unable statement handle in Insert Transaction!"));
-}
-
-TEST_F(XactInsert, FailedPrepareReturnsMinus1WithItsMessage) {
-  Oci().FailCall("OCIStmtPrepare", 1, OraFault(900));
-  EXPECT_EQ(m_xact.PreBenchmark(), -1);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              testing::StartsWith("Unable to generate ID for Insert transaction."));
-}
-
-TEST_F(XactInsert, WithoutTablesTheAssertionReportsAndProcessingContinues) {
-  SetSettings(0, 1.0);
-  EXPECT_EQ(m_xact.PreBenchmark(), 1);
-  EXPECT_THAT(m_asserts.Texts(),
-              ElementsAre("Benchmarks/CREP_ORA8/Xact_Insert.cpp:62 PreBenchmark: m_nNumberOfTables > 0"));
-}
-
 TEST_F(XactInsert, WithoutADriverThereIsNoNextId) {
   m_xact.SetDriver(nullptr);
   EXPECT_EQ(m_xact.GenerateNextID(), -1);
@@ -114,33 +69,10 @@ TEST_F(XactInsert, DrawsItsTablesFromAStreamSeededWithUserPlus1) {
   }
 }
 
-TEST_F(XactInsert, ASequenceValueOf0IsAFailureAndLeaksTheLoader) {
-  Start();
-  Oci().AnswerCounting(kSequenceQuery, 0);
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-  EXPECT_THAT(Oci().ExecutedSql(), SizeIs(2));  // no insert
-  EXPECT_EQ(ExtraHandles(), 2);                 // kept: the loader's insert statement is not freed
-  EXPECT_THAT(MapEntries(), IsEmpty());
-}
-
 TEST_F(XactInsert, ASequenceValueBelowMinus1IsAnOrdinaryId) {
   Start();
   Oci().AnswerCounting(kSequenceQuery, -2);
   EXPECT_EQ(m_xact.Execute(), 1);
-}
-
-TEST_F(XactInsert, AFailedSequenceFetchIsReportedAndEndsTheTimer) {
-  Start();
-  Oci().FailSql(kSequenceQuery, 1, OraFault(2289, "sequence does not exist"));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  ASSERT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_THAT(m_reports.Errors()[0].m_szErrorMessage.ToChar(),
-              testing::StartsWith("Unable to generate ID for Insert transaction."));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
-  EXPECT_EQ(ExtraHandles(), 2);
 }
 
 TEST_F(XactInsert, AFractionalNextvalIsTruncatedTowardZero) {
@@ -151,35 +83,13 @@ TEST_F(XactInsert, AFractionalNextvalIsTruncatedTowardZero) {
   EXPECT_EQ(m_xact.GenerateNextID(), -7);
 }
 
-TEST_F(XactInsert, AnUnreadableTableIsReportedBeforeTheTimerStarts) {
+// kept: the indicator is not examined.
+TEST_F(XactInsert, ANullNextvalLeavesTheIdOfTheExecutionBefore) {
   Start();
-  Oci().FailSql("SELECT * FROM", 1, OraFault(942, "table or view does not exist"));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_THAT(m_reports.Reports(),
-              testing::Contains("ERROR -1: Unable to retrieve table information in Insert Transaction"));
-  EXPECT_FALSE(m_xact.GetTimer().IsStarted());
-  EXPECT_EQ(ExtraHandles(), 1);
-}
-
-TEST_F(XactInsert, AFailedBindIsSilentAndLeavesTheTimerStarted) {
-  Start();
-  Oci().FailCall("OCIBindByPos", 1, OraFault(1036));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_THAT(m_reports.Errors(), IsEmpty());
-  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
-  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
-  EXPECT_EQ(ExtraHandles(), 1);
-}
-
-TEST_F(XactInsert, AFailedInsertEndsTheTimerAndRecordsNothing) {
-  Start();
-  Oci().FailSql("INSERT", 1, OraFault(1, "unique constraint violated"));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_THAT(m_reports.Errors(), SizeIs(1));
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
-  EXPECT_THAT(MapEntries(), IsEmpty());
-  EXPECT_EQ(ExtraHandles(), 1);
+  Oci().Answer(kSequenceQuery, {{{"1001"}}, {{std::nullopt}}});
+  EXPECT_EQ(m_xact.GenerateNextID(), 1001);
+  EXPECT_EQ(m_xact.GenerateNextID(), 1001);
+  EXPECT_EQ(m_xact.m_nIndicator, -1);
 }
 
 TEST_F(XactInsert, RecordsTheRowUnderTheSumOfTableAndId) {
@@ -221,22 +131,6 @@ TEST_F(XactInsert, RowsOfTwoTablesWithOneSumShareAnEntryAndTheLaterStays) {
     inserted[DrawnTable(4, k)] = id;
   }
   EXPECT_GE(inserted.size(), 2U) << "the draws never left one table";
-}
-
-TEST_F(XactInsert, PostBenchmarkFreesTheHandleAndMakesItNull) {
-  Start();
-  EXPECT_EQ(m_xact.PostBenchmark(), 1);
-  EXPECT_EQ(m_xact.m_pStmt, nullptr);
-  EXPECT_THAT(Oci().Calls(), ElementsAre("OCIHandleFree(stmt#1, 4)"));
-}
-
-TEST_F(XactInsert, TheDebugLineNamesUserAndTable) {
-  Start();
-  LogRecorder log;
-  m_xact.Execute();
-  EXPECT_THAT(log.Texts(),
-              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Insert.cpp:113 Execute: Insert --- User [3] "
-                          "Table [LK_REP_TABLE1]\n"));
 }
 
 }  // namespace

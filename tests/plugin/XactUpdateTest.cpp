@@ -18,7 +18,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
-using testing::StartsWith;
 
 // A bind that has no generator to offer.
 class NoGeneratorBind : public IBind {
@@ -124,6 +123,50 @@ TEST_F(XactUpdate, ALongColumnCountsAsANumber) {
               MatchesRegex("update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1=[0-9]+\\.[0-9]{6} where id = [0-9]+"));
 }
 
+TEST_F(XactUpdate, ATableWithoutColumnsHasAnEmptySetList) {
+  DescribeTable(1, {});
+  Start();
+  m_xact.BuildSQL();
+  EXPECT_EQ(Sql(), "update LK_REP_TABLE1 set  where id = " + std::to_string(m_xact.m_nRowID));
+}
+
+// A generator that made NULL of a nullable column: its storage is what is written.
+class NullOfColumn : public XactUpdate {
+ protected:
+  // The SET list for a record whose only value column came out NULL.
+  std::string SetListWithNull(const ColumnSpec& column) {
+    DescribeTable(1, {{"ID"}, column});
+    Start();
+    CRepTable table(&m_driver, L"LK_REP_TABLE1");
+    EXPECT_EQ(table.Initialize(), 1);
+    const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
+    do {
+      pLoader->m_nNumberOfRows = 0;
+      pLoader->MakeRecord(42);
+    } while (Indicator(*pLoader->GetBindArray()[1]) != -1);
+    m_xact.m_nRowID = 42;
+    return m_xact.BuildSetList(table, *pLoader).ToChar();
+  }
+  static sb2 Indicator(IBind& bind) {
+    if (const auto* pNumber = dynamic_cast<CBind<double, SQLT_FLT>*>(&bind)) return *pNumber->m_pIndicator;
+    return *dynamic_cast<CStrBind<char>&>(bind).m_pIndicator;
+  }
+};
+
+TEST_F(NullOfColumn, IsWrittenAsAnEmptyText) {
+  EXPECT_EQ(SetListWithNull({"COLUMN1", SQLT_CHR, 4, 0, 0, 1}), "ID=42,COLUMN1=''");
+}
+
+TEST_F(NullOfColumn, IsWrittenAsAnEmptyDate) {
+  EXPECT_EQ(SetListWithNull({"COLUMN1", SQLT_DAT, 7, 0, 0, 1}),
+            "ID=42,COLUMN1=TO_DATE('', 'YYYY-MM-DD HH24:MI:SS')");
+}
+
+TEST_F(NullOfColumn, IsWrittenAsTheNumberBefore) {
+  // NUMBER(12,12) is always 0, so the number before is known.
+  EXPECT_EQ(SetListWithNull({"COLUMN1", SQLT_NUM, 22, 12, 12, 1}), "ID=42,COLUMN1=0.000000");
+}
+
 TEST_F(XactUpdate, ATimestampIsWrittenAsADate) {
   DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_TIMESTAMP, 11, 0, 6, 0}});
   Start();
@@ -164,56 +207,6 @@ TEST_F(XactUpdate, AColumnOfAnUnknownTypeIsAbsentFromTheSetListAfterAnAssertion)
   EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
               MatchesRegex("ID=42,COLUMN2='[A-Za-z]+',COLUMN3=TO_DATE.*\\)"));
   EXPECT_THAT(m_asserts.Texts(), ElementsAre("Benchmarks/CREP_ORA8/Xact_Update.cpp:216 BuildSQL: 0"));
-}
-
-TEST_F(XactUpdate, AnUnreadableTableLeavesTheTextEmptyAndReports) {
-  Start();
-  Oci().FailSql("SELECT * FROM", 1, OraFault(942, "table or view does not exist"));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_EQ(Sql(), "");
-  EXPECT_THAT(m_reports.Reports(),
-              testing::Contains("ERROR -1: Unable to retrieve table information in Update Transaction"));
-  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
-  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(XactUpdate, AFailedBindLeavesTheTextEmptyAndFreesTheLoader) {
-  Start();
-  Oci().FailCall("OCIBindByPos", 2, OraFault(1036));
-  EXPECT_EQ(m_xact.Execute(), 0);
-  EXPECT_EQ(Sql(), "");
-  EXPECT_EQ(ExtraHandles(), 1);
-}
-
-TEST_F(XactUpdate, OneUpdateIsADescribeAndAnUncommittedTextWithItsRowCount) {
-  Start();
-  Oci().RowCounts("update", {1});
-  ASSERT_EQ(m_xact.Execute(), 1);
-  const auto& runs = Oci().Executions();
-  ASSERT_THAT(runs, SizeIs(2));
-  EXPECT_EQ(runs[1].sql, Sql());
-  EXPECT_EQ(runs[1].iters, 1U);
-  EXPECT_EQ(runs[1].mode, static_cast<ub4>(OCI_DEFAULT));
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 1);
-  EXPECT_EQ(Oci().Calls().back(), "OCIAttrGet(stmt#1, 4, null, 9, err#1)");
-  EXPECT_EQ(ExtraHandles(), 1);
-}
-
-TEST_F(XactUpdate, ARowThatIsNotThereUpdatesNothingAndSucceeds) {
-  Start();
-  Oci().RowCounts("update", {0});
-  EXPECT_EQ(m_xact.Execute(), 1);
-  EXPECT_EQ(m_xact.GetTimer().GetRows(), 0);
-  EXPECT_TRUE(m_xact.GetTimer().IsEnded());
-}
-
-TEST_F(XactUpdate, TheDebugLineNamesUserAndTable) {
-  Start();
-  LogRecorder log;
-  m_xact.BuildSQL();
-  EXPECT_THAT(log.Texts(),
-              ElementsAre("debug Benchmarks/CREP_ORA8/Xact_Update.cpp:159 BuildSQL: Update --- User [3] "
-                          "Table [LK_REP_TABLE1]\n"));
 }
 
 }  // namespace
