@@ -2,6 +2,7 @@
 # Options, and what every target of the project is compiled with: link `lk_options`.
 
 option(LK_BUILD_TESTS "Build the tests" ON)
+option(LK_BUILD_FUZZERS "Offer the fuzz targets (needs clang)" OFF)
 option(LK_WERROR "Treat warnings as errors" ON)
 set(LK_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined or thread")
 

@@ -94,7 +94,7 @@ std::string ArgumentProblem(const TypeRule& rule, const ParsedType& parsed) {
     std::int64_t number = 0;
     const Limits& limits = rule.numbers[i];
     if (!ParseInteger(text, number) || number < limits.low || number > limits.high)
-      return '"' + text + "\" must be a whole number from " + std::to_string(limits.low) + " to " +
+      return '"' + Excerpt(text) + "\" must be a whole number from " + std::to_string(limits.low) + " to " +
              std::to_string(limits.high);
   }
   return {};
@@ -106,7 +106,7 @@ std::string ColumnTypeProblem(const std::string& type) {
   const ParsedType parsed = Parse(type);
   const auto& rules = Rules();
   const auto rule = std::ranges::find(rules, parsed.name, &TypeRule::name);
-  const std::string subject = "column type \"" + OneLine(type) + "\" cannot be loaded: ";
+  const std::string subject = "column type \"" + Excerpt(type) + "\" cannot be loaded: ";
   if (rule == rules.end() || !parsed.rest.empty()) {
     std::vector<std::string> names;
     for (const TypeRule& each : rules) names.push_back(each.name);

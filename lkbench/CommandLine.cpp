@@ -82,10 +82,10 @@ void RefuseExtras(const std::vector<std::string>& extras, bool has_verb) {
   const std::string& word = extras.front();
   if (word.starts_with('-')) {
     const std::string flag = word.substr(0, word.find('='));
-    throw UsageError("unknown flag " + OneLine(flag) + DidYouMean(flag, FlagNames()));
+    throw UsageError("unknown flag " + Excerpt(flag) + DidYouMean(flag, FlagNames()));
   }
-  if (!has_verb) throw UsageError("unknown verb \"" + OneLine(word) + '"' + DidYouMean(word, VerbNames()));
-  throw UsageError("unexpected argument \"" + OneLine(word) + "\": one verb and flags are all there is");
+  if (!has_verb) throw UsageError("unknown verb \"" + Excerpt(word) + '"' + DidYouMean(word, VerbNames()));
+  throw UsageError("unexpected argument \"" + Excerpt(word) + "\": one verb and flags are all there is");
 }
 
 void Configure(CLI::App& app, Given& given) {

@@ -24,8 +24,7 @@ JobValue ValueOf(const std::string& key, const toml::node& node, const std::stri
 
 JobValue::Table TableOf(const std::string& key, const toml::table& table, const std::string& path) {
   JobValue::Table pairs;
-  for (const auto& [name, node] : table)
-    pairs.emplace_back(std::string(name.str()), ValueOf(key, node, path));
+  for (const auto& [name, node] : table) pairs.push_back({std::string(name.str()), ValueOf(key, node, path)});
   return pairs;
 }
 
@@ -61,13 +60,13 @@ void ReadJobText(Job& job, std::string_view text, const std::string& path) {
   try {
     document = toml::parse(text, path);
   } catch (const toml::parse_error& error) {
-    throw UsageError(Place(path, error.source()) + ": " + OneLine(error.description()));
+    throw UsageError(Place(path, error.source()) + ": " + Excerpt(error.description(), 200));
   }
   for (const auto& [name, node] : document) {
     const std::string key(name.str());
     const JobKey* known = FindJobKey(key);
     if (known == nullptr)
-      throw UsageError(Place(path, name.source()) + ": unknown key \"" + OneLine(key) + '"' +
+      throw UsageError(Place(path, name.source()) + ": unknown key \"" + Excerpt(key) + '"' +
                        DidYouMean(key, JobKeyNames()));
     SetJobKey(job, *known, ValueOf(key, node, path));
   }

@@ -31,8 +31,8 @@ JobValue::Table PairsOf(const JobValue& value) {
     const size_t equals = pair.find('=');
     if (equals == std::string::npos)
       value.Refuse("weights are needed, such as insert=40,update=40,delete=20");
-    pairs.emplace_back(pair.substr(0, equals),
-                       JobValue{value.key, value.place, pair.substr(equals + 1), value.is_flag});
+    pairs.push_back(
+        {pair.substr(0, equals), JobValue{value.key, value.place, pair.substr(equals + 1), value.is_flag}});
     begin = end + 1;
   }
   return pairs;
@@ -46,7 +46,7 @@ void SetMix(Job& job, const JobValue& value) {
                 : name == "delete" ? &mix.remove
                                    : nullptr;
     if (slot == nullptr)
-      throw UsageError(weight.place + ": mix has no transaction \"" + OneLine(name) + "\"" +
+      throw UsageError(weight.place + ": mix has no transaction \"" + Excerpt(name) + "\"" +
                        DidYouMean(name, {"insert", "update", "delete"}) +
                        " (insert, update and delete have weights)");
     *slot = Int(weight, 0, kMostWeight);
@@ -89,7 +89,8 @@ ColumnType ColumnFromTable(const JobValue& value) {
     else if (name == "nullable")
       column.nullable = field.Boolean();
     else
-      throw UsageError(field.place + ": a column type has no key \"" + name + "\"" + DidYouMean(name, names));
+      throw UsageError(field.place + ": a column type has no key \"" + Excerpt(name) + "\"" +
+                       DidYouMean(name, names));
   }
   if (column.type.empty())
     value.Refuse("a column type needs its type, as in { type = \"NUMBER\", weight = 3 }");

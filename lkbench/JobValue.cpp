@@ -10,11 +10,7 @@
 namespace lkbench {
 
 std::string JobValue::Shown() const {
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    constexpr size_t kLongest = 60;
-    const std::string line = OneLine(*text);
-    return '"' + (line.size() > kLongest ? line.substr(0, kLongest) + "…" : line) + '"';
-  }
+  if (const auto* text = std::get_if<std::string>(&value)) return '"' + Excerpt(*text) + '"';
   if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
   if (const auto* real = std::get_if<double>(&value)) return Short(*real);
   if (const auto* boolean = std::get_if<bool>(&value)) return *boolean ? "true" : "false";
@@ -62,6 +58,7 @@ bool JobValue::Boolean() const {
 const std::string& JobValue::Text() const {
   const auto* text = std::get_if<std::string>(&value);
   if (text == nullptr || text->empty()) Refuse("a text is needed");
+  if (std::ranges::any_of(*text, IsControl)) Refuse("a text without control characters is needed");
   return *text;
 }
 

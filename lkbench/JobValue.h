@@ -6,14 +6,14 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
 namespace lkbench {
 
 struct JobValue {
-  using Table = std::vector<std::pair<std::string, JobValue>>;
+  struct Field;
+  using Table = std::vector<Field>;
   using List = std::vector<JobValue>;
 
   std::string key;
@@ -24,12 +24,17 @@ struct JobValue {
   std::int64_t Integer(std::int64_t low, std::int64_t high) const;
   double Real(double low) const;  // finite and at least `low`
   bool Boolean() const;
-  const std::string& Text() const;
+  const std::string& Text() const;            // not empty, without control characters
   std::chrono::nanoseconds Duration() const;  // above 0
   size_t OneOf(const std::vector<std::string>& names) const;
 
   std::string Shown() const;  // as it was given, shortened
   [[noreturn]] void Refuse(const std::string& allowed) const;
+};
+
+struct JobValue::Field {
+  std::string name;
+  JobValue value;
 };
 
 }  // namespace lkbench

@@ -4,6 +4,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 
@@ -61,7 +62,10 @@ Account SplitAccount(const std::string& text, const std::string& place, const st
                      "file:PATH or prompt");
   if (at == std::string::npos || user.empty())
     throw UsageError(place + ": the target names no user: the form is " + example);
-  return {Decoded(user), text.substr(at + 1)};
+  const std::string decoded = Decoded(user);
+  if (std::ranges::any_of(decoded, IsControl))
+    throw UsageError(place + ": the user's name holds a control character: the form is " + example);
+  return {decoded, text.substr(at + 1)};
 }
 
 }  // namespace
@@ -89,7 +93,7 @@ Target ParseTarget(const std::string& text, const std::string& place) {
     target.server = account.rest;
     return target;
   }
-  throw UsageError(place + ": target \"" + OneLine(text.substr(0, 60)) +
+  throw UsageError(place + ": target \"" + Excerpt(text) +
                    "\" is not understood: it starts with local:, mariadb:// or oracle://");
 }
 

@@ -21,13 +21,21 @@ std::string OneLine(std::string_view text) {
   std::string line;
   for (const char c : text) {
     if (c != '\n' && c != '\r') {
-      line += c;
+      line += c == '\t' ? ' ' : IsControl(c) ? '?' : c;
     } else if (!line.empty() && line.back() != ' ') {
       line += line.back() == ':' ? " " : ": ";
     }
   }
   while (!line.empty() && (line.back() == ' ' || line.back() == ':')) line.pop_back();
   return line;
+}
+
+std::string Excerpt(std::string_view text, size_t longest) {
+  const auto is_inside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  std::string line = OneLine(text);
+  if (line.size() <= longest) return line;
+  while (longest > 0 && is_inside(line[longest])) --longest;
+  return line.substr(0, longest) + "…";
 }
 
 std::string Grouped(std::uint64_t number) {

@@ -14,8 +14,12 @@
 namespace lkbench {
 
 LKString ToHost(std::string_view utf8);
-std::string Upper(std::string_view text);             // ASCII letters only
-std::string OneLine(std::string_view text);           // line ends become ": " or a blank, ends are trimmed
+std::string Upper(std::string_view text);  // ASCII letters only
+constexpr bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+// Line ends become ": " or a blank, a tab a blank, other control characters "?"; ends are trimmed.
+std::string OneLine(std::string_view text);
+// One line of foreign text for a message, cut between two characters of UTF-8 where it is longer.
+std::string Excerpt(std::string_view text, size_t longest = 60);
 std::string Grouped(std::uint64_t number);            // 1234567 -> 1,234,567
 std::string Fixed(double value, int decimals);        // 1.5, 2 -> 1.50
 std::string Short(double value);                      // the shortest text that reads back as the same value

@@ -16,7 +16,17 @@ namespace {
   throw OraError::WithText(12154, "TNS:could not resolve the connect identifier specified: " + reason);
 }
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+bool IsControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+
+// The text as a message shows it, cut between two characters where it is long.
+std::string Quoted(std::string_view text) {
+  std::size_t length = std::min<std::size_t>(text.size(), 60);
+  while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+    --length;
+  std::string shown(text.substr(0, length));
+  std::ranges::replace_if(shown, IsControl, '?');
+  return "\"" + shown + (length < text.size() ? "…\"" : "\"");
+}
 
 std::string Lower(std::string_view text) {
   std::string lower(text);
@@ -40,8 +50,8 @@ std::string Decode(std::string_view text) {
     const int high = i + 2 < text.size() ? HexDigit(text[i + 1]) : -1;
     const int low = i + 2 < text.size() ? HexDigit(text[i + 2]) : -1;
     if (high < 0 || low < 0) Fail(Quoted(text) + " has a % without two hexadecimal digits after it");
-    if (high == 0 && low == 0) Fail(Quoted(text) + " holds a zero byte");
     decoded += static_cast<char>(high * 16 + low);
+    if (IsControl(decoded.back())) Fail(Quoted(text) + " holds a control character");
     i += 2;
   }
   return decoded;
@@ -175,8 +185,8 @@ std::string ConnectTarget::ServerName() const {
 }
 
 ConnectTarget ParseConnectString(std::string_view text) {
-  if (text.find_first_of(std::string_view("\0\n\r\t ", 5)) != text.npos)
-    Fail("it holds blanks or control characters; encode them as %20");
+  if (std::ranges::any_of(text, [](char c) { return c == ' ' || IsControl(c); }))
+    Fail("it holds blanks or control characters; write a blank as %20");
   std::string_view rest = WithoutScheme(text);
   const auto question = rest.find('?');
   const std::string_view query = question == rest.npos ? "" : rest.substr(question + 1);

@@ -166,6 +166,20 @@ TEST(JobFile, AValueOutOfRangeIsRefused) {
     EXPECT_THAT(Refusal(text), StartsWith("job.toml:1: ")) << text;
 }
 
+TEST(JobFile, ATextHoldsNoControlCharacters) {
+  EXPECT_EQ(Refusal("json = \"a\\u001bb\""),
+            "job.toml:1: json cannot be \"a?b\": a text without control characters is needed");
+}
+
+TEST(JobFile, WhatIsNotKnownIsShownInOneShortLine) {
+  const std::string name(100, 'x'), shown = std::string(60, 'x') + "…";
+  EXPECT_THAT(Refusal(name + " = 1"), HasSubstr("unknown key \"" + shown + '"'));
+  EXPECT_THAT(Refusal("mix = { " + name + " = 1 }"), HasSubstr("no transaction \"" + shown + '"'));
+  EXPECT_THAT(Refusal("column_types = [ \"" + name + "\" ]"), HasSubstr("column type \"" + shown + '"'));
+  EXPECT_THAT(Refusal("column_types = [ { " + name + " = 1 } ]"), HasSubstr("has no key \"" + shown + '"'));
+  EXPECT_THAT(Refusal("column_types = [ { \"a\\nb\" = 1 } ]"), HasSubstr("has no key \"a: b\""));
+}
+
 TEST(JobFile, ASyntaxErrorIsOneLineWithItsPlace) {
   const std::string line = Refusal("users = 2\nscale = = 1\n");
   EXPECT_THAT(line, StartsWith("job.toml:2: "));

@@ -70,6 +70,16 @@ TEST(Target, APasswordInATargetIsRefusedAndNotRepeated) {
   EXPECT_EQ(line.find("secret"), std::string::npos);
 }
 
+TEST(Target, AUsersNameHoldsNoControlCharacter) {
+  EXPECT_THAT(Refusal("mariadb://a%0Ab@db1/schema"), HasSubstr("the user's name holds a control character"));
+  EXPECT_THAT(Refusal("oracle://a%00@db1"), HasSubstr("the user's name holds a control character"));
+}
+
+TEST(Target, ATargetThatIsNotUnderstoodIsShownInOneShortLine) {
+  EXPECT_THAT(Refusal("x\x1b" + std::string(57, 'y') + "\xC3\xBC" + "z"),
+              HasSubstr("\"x?" + std::string(57, 'y') + "…\" is not understood"));
+}
+
 TEST(Target, ATargetWithoutAUserOrDatabaseIsRefused) {
   EXPECT_THAT(Refusal("mariadb://db1/schema"), HasSubstr("names no user"));
   EXPECT_THAT(Refusal("oracle://scott@"), HasSubstr("names no database"));

@@ -41,6 +41,14 @@ TEST(Text, SeveralLinesBecomeOne) {
   EXPECT_EQ(OneLine("first\nsecond\n"), "first: second");
   EXPECT_EQ(OneLine("first:\r\nsecond"), "first: second");
   EXPECT_EQ(OneLine("\n"), "");
+  EXPECT_EQ(OneLine("a\tb\x1b[0m\x7f"), "a b?[0m?");
+}
+
+TEST(Text, AnExcerptIsCutBetweenTwoCharacters) {
+  EXPECT_EQ(Excerpt("a\nb"), "a: b");
+  EXPECT_EQ(Excerpt("gr\xC3\xBC\xC3\x9F", 6), "gr\xC3\xBC\xC3\x9F");
+  EXPECT_EQ(Excerpt("gr\xC3\xBC\xC3\x9F", 5), "gr\xC3\xBC…");
+  EXPECT_EQ(Excerpt(std::string(61, 'x')), std::string(60, 'x') + "…");
 }
 
 TEST(Text, DurationsHaveUnits) {

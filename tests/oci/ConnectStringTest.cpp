@@ -115,7 +115,11 @@ TEST(ConnectString, EveryProblemIsNamed) {
   EXPECT_THAT(Problem("//h/s?connect-timeout=0"), HasSubstr("from 1 to 3600"));
   EXPECT_THAT(Problem("//h/s%4"), HasSubstr("hexadecimal"));
   EXPECT_THAT(Problem("//h/s%zz"), HasSubstr("hexadecimal"));
-  EXPECT_THAT(Problem("//h/s%00"), HasSubstr("zero byte"));
+  EXPECT_THAT(Problem("//h/s%00"), HasSubstr("control character"));
+  EXPECT_THAT(Problem("//h%0A/s"), HasSubstr("\"h%0A\" holds a control character"));
+  EXPECT_THAT(Problem("//h/s\x1b"), HasSubstr("blanks or control characters"));
+  EXPECT_THAT(Problem("//h/s?" + std::string(59, 'x') + "\xC3\xBC"),
+              HasSubstr("parameter \"" + std::string(59, 'x') + "…\";"));
   EXPECT_THAT(Problem("//h /s"), HasSubstr("blanks or control characters"));
   EXPECT_THAT(Problem("//h/s\n"), HasSubstr("blanks or control characters"));
   EXPECT_THAT(Problem(std::string_view("//h\0/s", 6)), HasSubstr("blanks or control characters"));

@@ -14,16 +14,14 @@ void RewriteAddedList(PieceList& pieces, std::size_t open) {
   const std::size_t close = pieces.ClosingOf(open);
   TableDefinition definition(pieces);
   for (const Range& element : SplitAtCommas(pieces, open, close)) definition.RewriteElement(element);
-  for (const std::string& addition : definition.FinishColumns()) pieces.InsertBefore(close, ", " + addition);
+  pieces.InsertBefore(close, definition.FinishColumns(", "));
 }
 
 void RewriteAdd(PieceList& pieces, std::size_t i) {
   if (pieces.IsSymbol(i + 1, "(")) return RewriteAddedList(pieces, i + 1);
   TableDefinition definition(pieces);
   definition.RewriteElement({i + 1, pieces.Size()});
-  for (const std::string& addition : definition.FinishColumns()) {
-    pieces.InsertAfter(pieces.Size() - 1, ", ADD " + addition);
-  }
+  pieces.InsertAfter(pieces.Size() - 1, definition.FinishColumns(", ADD "));
 }
 
 // DROP (a, b) is DROP a, DROP b to the server.

@@ -21,7 +21,7 @@ void RewriteElements(PieceList& pieces, std::size_t open, std::size_t close) {
   }
   TableDefinition definition(pieces);
   for (const Range& element : elements) definition.RewriteElement(element);
-  for (const std::string& addition : definition.FinishColumns()) pieces.InsertBefore(close, ", " + addition);
+  pieces.InsertBefore(close, definition.FinishColumns(", "));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include "oci/mariadb/sql/Functions.h"
 
 #include <array>
-#include <cstdlib>
+#include <charconv>
 
 #include "oci/mariadb/sql/Call.h"
 #include "oci/mariadb/sql/OracleType.h"
@@ -13,11 +13,14 @@
 namespace ocimaria::sql {
 namespace {
 
-bool IsNumberText(const std::string& text) {
-  char* end = nullptr;
-  std::strtod(text.c_str(), &end);
-  while (IsSpace(*end)) ++end;
-  return end != text.c_str() && *end == '\0' && text.find_first_of("xXnNiI") == text.npos;
+// The text becomes part of the statement, so nothing but a number may stand in it.
+bool IsNumberText(std::string_view text) {
+  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
+  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+  if (text.empty() || !(IsDigit(text.front()) || text.front() == '.')) return false;
+  double number = 0;
+  return std::from_chars(text.data(), text.data() + text.size(), number).ptr == text.data() + text.size();
 }
 
 // TO_NUMBER('12.5') is 12.5; of anything else the server makes the number.

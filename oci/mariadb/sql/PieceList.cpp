@@ -90,6 +90,17 @@ bool PieceList::IsChanged(std::size_t begin, std::size_t end) const {
 
 void PieceList::SetDateMask(std::size_t i, std::string mask) { m_pieces[i].date_mask = std::move(mask); }
 
+namespace {
+
+// Two literals or two quoted names that touch would be read as one, with a quote in it.
+void Append(std::string& text, std::string_view part) {
+  const bool is_quoted = part.starts_with('\'') || part.starts_with('"');
+  if (is_quoted && text.ends_with(part.front())) text += ' ';
+  text += part;
+}
+
+}  // namespace
+
 std::string PieceList::Join() const { return Join(0, Size()) + PortableGap(m_tail); }
 
 std::string PieceList::Join(std::size_t begin, std::size_t end) const {
@@ -97,9 +108,9 @@ std::string PieceList::Join(std::size_t begin, std::size_t end) const {
   for (std::size_t i = begin; i < end; ++i) {
     const Piece& piece = m_pieces[i];
     if ((i > begin || begin == 0) && !piece.gap_removed) text += PortableGap(piece.token.gap);
-    text += piece.before;
-    if (!piece.removed) text += piece.text;
-    text += piece.after;
+    Append(text, piece.before);
+    if (!piece.removed) Append(text, piece.text);
+    Append(text, piece.after);
   }
   return text;
 }

@@ -70,19 +70,21 @@ bool LocksRows(const PieceList& pieces) {
   return false;
 }
 
+Rewritten RewriteAtDepth(std::string_view oracle_sql, int depth);
+
 // The text of an EXECUTE IMMEDIATE. Its placeholders are given their values by the server, which converts
-// none.
-std::string NestedText(std::string_view oracle_sql) {
-  Rewritten nested = Rewrite(oracle_sql);
+// none. A text within a text has its quotes doubled once more at each level, hence the limit.
+std::string NestedText(std::string_view oracle_sql, int depth) {
+  constexpr int kDeepest = 4;
+  if (depth > kDeepest) throw Unimplemented("EXECUTE IMMEDIATE nested more than four deep");
+  Rewritten nested = RewriteAtDepth(oracle_sql, depth);
   for (const Placeholder& placeholder : nested.placeholders) {
     if (!placeholder.date_mask.empty()) throw Unimplemented("TO_DATE of a placeholder in EXECUTE IMMEDIATE");
   }
   return std::move(nested.text);
 }
 
-}  // namespace
-
-Rewritten Rewrite(std::string_view oracle_sql) {
+Rewritten RewriteAtDepth(std::string_view oracle_sql, int depth) {
   PieceList pieces(oracle_sql);
   const StatementKind kind = ClassifyStatement(pieces);
   if (!kind.is_block && !kind.is_stored_program) RefuseSemicolon(pieces);
@@ -101,13 +103,20 @@ Rewritten Rewrite(std::string_view oracle_sql) {
   RewriteDateFunctions(pieces);
   RewriteFunctions(pieces);
   RewriteDictionaryViews(pieces);
-  if (kind.is_block || kind.is_stored_program) RewriteBlock(pieces, NestedText);
-  RewriteDdl(pieces);
+  if (kind.is_block || kind.is_stored_program) {
+    RewriteBlock(pieces, [depth](std::string_view text) { return NestedText(text, depth + 1); });
+  }
+  // All of them, before a definition loses the parts that the server has not.
   if (!kind.is_stored_program) rewritten.placeholders = TakePlaceholders(pieces);
+  RewriteDdl(pieces);
   KeepSelectNames(pieces);
   rewritten.text = pieces.Join();
   return rewritten;
 }
+
+}  // namespace
+
+Rewritten Rewrite(std::string_view oracle_sql) { return RewriteAtDepth(oracle_sql, 0); }
 
 ub2 StatementType(std::string_view oracle_sql) {
   try {

@@ -6,6 +6,7 @@
 
 #include <oci.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,9 @@ struct Rewritten {
   bool no_wait = false;         // … NOWAIT: a lock that is held elsewhere is an error at once
   std::string target_table;     // that an INSERT, UPDATE, DELETE or DDL of a table names, upper case
 };
+
+// A rewritten text is at most this many times as long as the statement: views of the dictionary are long.
+inline constexpr std::size_t kMostGrowth = 512;
 
 // The OCI_STMT_* of a text, as far as its words tell it: for a text that Rewrite refuses, too. Never throws.
 ub2 StatementType(std::string_view oracle_sql);

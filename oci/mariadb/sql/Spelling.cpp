@@ -34,6 +34,8 @@ void RewritePiece(PieceList& pieces, std::size_t i) {
   const auto text = pieces.Text(i);
   switch (pieces.Kind(i)) {
     case TokenKind::kString:
+      // The server would make one literal of them.
+      if (pieces.Kind(i + 1) == TokenKind::kString) throw OraError(933);
       if (!text.starts_with('\'')) pieces.Replace(i, QuoteLiteral(StringValue(text)));
       break;
     case TokenKind::kWord:

@@ -7,7 +7,8 @@
 
 namespace ocimaria::sql {
 
-// Throws ORA-00911 for a mark that Oracle's language has not, ORA-03001 for database links, outer joins with
+// Throws ORA-00911 for a mark that Oracle's language has not, ORA-00933 for a literal behind a literal,
+// ORA-03001 for database links, outer joins with
 // (+), CONNECT BY, NULLS FIRST or LAST.
 void RewriteSpelling(PieceList& pieces);
 

@@ -75,13 +75,19 @@ std::size_t SkipArgument(const PieceList& pieces, std::size_t at, Argument argum
   return at;
 }
 
+bool BeginsConstraintState(const PieceList& pieces, std::size_t i) {
+  return pieces.AreWords(i, {"USING", "INDEX"}) || pieces.AreWords(i, {"NOT", "DEFERRABLE"}) ||
+         pieces.IsAnyWord(
+             i, {"INITIALLY", "ENABLE", "VALIDATE", "NOVALIDATE", "RELY", "NORELY", "DISABLE", "DEFERRABLE"});
+}
+
 // USING INDEX, then an index of its own in parentheses or by name, then its storage.
 std::size_t SkipUsingIndex(const PieceList& pieces, std::size_t i, std::size_t end) {
   std::size_t at = i + 2;
   if (pieces.IsSymbol(at, "(")) {
     at = pieces.ClosingOf(at) + 1;
   } else if (at < end && pieces.IsName(at) && SkipStorageOption(pieces, at) == at &&
-             SkipConstraintState(pieces, at, end) == at) {
+             !BeginsConstraintState(pieces, at)) {
     ++at;
   }
   for (std::size_t next = SkipStorageOption(pieces, at); next != at; next = SkipStorageOption(pieces, at))

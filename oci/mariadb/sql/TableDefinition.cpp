@@ -156,16 +156,22 @@ void TableDefinition::MoveOutOfRow(const Column& column) {
                         ") <= " + std::to_string(column.type.length) + ")");
 }
 
-std::vector<std::string> TableDefinition::FinishColumns() {
+void TableDefinition::ShortenRow() {
   std::size_t bytes = 0;
   for (const Column& column : m_columns) bytes += RowBytes(column.type);
-  if (bytes <= kMostRowBytes) return std::move(m_additions);
+  if (bytes <= kMostRowBytes) return;
   for (const Column* column : MovableColumns()) {
     if (bytes <= kMostRowBytes) break;
     bytes = bytes - RowBytes(column->type) + kOutOfRowBytes;
     MoveOutOfRow(*column);
   }
-  return std::move(m_additions);
+}
+
+std::string TableDefinition::FinishColumns(std::string_view separator) {
+  ShortenRow();
+  std::string text;
+  for (const std::string& addition : m_additions) text.append(separator).append(addition);
+  return text;
 }
 
 }  // namespace ocimaria::sql

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "oci/mariadb/sql/Call.h"
@@ -26,8 +27,8 @@ class TableDefinition {
   void RewriteElement(Range element);
 
   // What is to be added to the elements: constraints that their columns cannot name themselves, and checks of
-  // length. Each without a comma. Call it when all elements are through.
-  std::vector<std::string> FinishColumns();
+  // length, the separator before each. Call it when all elements are through.
+  std::string FinishColumns(std::string_view separator);
 
  private:
   struct Column {
@@ -45,6 +46,7 @@ class TableDefinition {
   std::size_t RewriteNamedConstraint(std::size_t i, const Column& column);
   void ReadKeyColumns(std::size_t open);
   void MoveOutOfRow(const Column& column);
+  void ShortenRow();
   void ReplaceType(const Column& column, const std::string& storage);
   std::vector<Column*> MovableColumns();
 

@@ -28,6 +28,17 @@ TEST(Spelling, QuotesNamesThatTheServerWouldCutShort) {
   EXPECT_EQ(Text("SELECT sys#id FROM t#1 -- # stays"), "SELECT \"SYS#ID\" FROM \"T#1\" -- # stays");
 }
 
+TEST(Spelling, KeepsQuotedNamesThatTouchApart) {
+  EXPECT_EQ(Text("UPDATE T SET A = \"B\"\"C\""), "UPDATE T SET A = \"B\" \"C\"");
+  EXPECT_EQ(Text("UPDATE T SET A = \"B\"C#D\"E\""), "UPDATE T SET A = \"B\" \"C#D\" \"E\"");
+}
+
+TEST(Spelling, RefusesALiteralBehindALiteral) {
+  EXPECT_EQ(ErrorOf("SELECT 'a' 'b' FROM DUAL"), 933);
+  EXPECT_EQ(ErrorOf("SELECT 'a'N'b' FROM DUAL"), 933);
+  EXPECT_EQ(Values("'a' || N'b', 'c', 'd''e'"), "'a' || 'b', 'c', 'd''e'");
+}
+
 TEST(Spelling, WritesNotEqualAsTheServerDoes) {
   EXPECT_EQ(Text("SELECT 1 FROM T WHERE A ^= 1"), "SELECT 1 FROM T WHERE A != 1");
 }
@@ -54,6 +65,9 @@ TEST(Functions, MakeNumbersOfTexts) {
   EXPECT_EQ(Values("TO_NUMBER('')"), "NULL");
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('12a') FROM DUAL"), 1722);
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('0x1F') FROM DUAL"), 1722);
+  EXPECT_EQ(ErrorOf(std::string_view("SELECT TO_NUMBER('1\0 2') FROM DUAL", 35)), 1722);
+  EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('infinity') FROM DUAL"), 1722);
+  EXPECT_EQ(Values("TO_NUMBER(' +.5e-3 ')"), "( +.5e-3 )");
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER(A, '999') FROM T"), 3001);
 }
 
@@ -96,6 +110,19 @@ TEST(Blocks, RewriteTheTextsThatTheyExecute) {
   EXPECT_EQ(
       ErrorOf("BEGIN EXECUTE IMMEDIATE 'INSERT INTO T VALUES (TO_DATE(:1, ''YYYY''))' USING '1999'; END;"),
       3001);
+}
+
+// Each level doubles the quotes of the text within it once more.
+TEST(Blocks, ExecuteTextsWithinTextsToFourLevels) {
+  const auto nested = [](std::string_view brackets) {
+    std::string sql = "BEGIN x := ''''; END;";
+    for (std::size_t i = 0; i < brackets.size(); i += 2) {
+      sql = "BEGIN EXECUTE IMMEDIATE q'" + std::string(1, brackets[i]) + sql + brackets[i + 1] + "'; END;";
+    }
+    return sql;
+  };
+  EXPECT_EQ(ErrorOf(nested("[]{}()<>")), 0);
+  EXPECT_EQ(ErrorOf(nested("[]{}()<>||")), 3001);
 }
 
 TEST(Blocks, ReplaceTheTypesThatTheServersLanguageHasNot) {

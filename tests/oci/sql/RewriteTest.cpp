@@ -41,6 +41,12 @@ TEST(Rewrite, TurnsPlaceholdersIntoQuestionMarksInTheirOrder) {
   EXPECT_THAT(Names("INSERT INTO T (A, B, C) VALUES (:a,:B1 , :2)"), ElementsAre("A", "B1", "2"));
 }
 
+// They are refused when the definition is executed: ORA-01027.
+TEST(Rewrite, ListsThePlaceholdersThatADefinitionLoses) {
+  EXPECT_THAT(Names("CREATE TABLE T (A NUMBER CONSTRAINT C CHECK (A > :x)) TABLESPACE :y"),
+              ElementsAre("X", "Y"));
+}
+
 TEST(Rewrite, ListsARepeatedPlaceholderEachTime) {
   EXPECT_THAT(Names("select :x, :y, :x from dual"), ElementsAre("X", "Y", "X"));
 }
@@ -175,12 +181,21 @@ TEST(Rewrite, CopesWithLongTextsOfAnyToken) {
   constexpr std::size_t kLength = kMegabyte / 16;
   for (const std::string_view piece :
        {"TO_DATE(A || ", "CAST(", "TRUNC(", "(", "DECLARE ", "-- x\n", "/* */", "FROM USER_TABLES, ", "A(+ ",
-        "<<x>>", "A NUMBER, ", "EXECUTE IMMEDIATE 'x' ", "q'[x]'", ":\"x\" "}) {
+        "<<x>>", "A NUMBER, ", "EXECUTE IMMEDIATE 'x' ", "q'[x]', ", ":\"x\" "}) {
     for (const std::string_view begin : {"SELECT ", "BEGIN ", "CREATE TABLE T ("}) {
       const int error = OraErrorOf([&] { Rewrite(std::string(begin) + Repeated(piece, kLength)); });
       EXPECT_TRUE(error == 0 || error == 907) << error << " for " << begin << piece;
     }
   }
+}
+
+TEST(Rewrite, CopesWithLongDefinitions) {
+  const auto column = [](std::string_view parts) {
+    return Rewrite("CREATE TABLE T (A NUMBER " + Repeated(parts, kMegabyte / 4) + ")").text.size();
+  };
+  EXPECT_LT(column("USING INDEX "), kMegabyte / 4);
+  EXPECT_GT(column("CONSTRAINT X UNIQUE "), kMegabyte / 4);
+  EXPECT_GT(column("CONSTRAINT X CHECK (A > 0) "), kMegabyte / 4);
 }
 
 TEST(Rewrite, RewritesCallsWithinCallsToAnyDepth) {
