@@ -2,8 +2,6 @@
 // A server that is killed: the error, the state of the handles, and the data afterwards.
 #include <csignal>
 
-#include <gmock/gmock.h>
-
 #include "Contract.h"
 
 namespace oci_test {
@@ -51,27 +49,6 @@ TEST_P(Losing, TheServerIsToldAndKeepsWhatWasCommitted) {
   EXPECT_EQ(client.ServerStatus(), 1u);
   EXPECT_EQ(Rows(client, "SELECT * FROM T_LOSS"), (std::vector<std::vector<std::string>>{{"1", "kept"}}));
   EXPECT_EQ(bound.Execute(), OCI_SUCCESS) << "a statement of the lost session runs in the next";
-}
-
-TEST_P(Losing, EachKindOfCallTells) {
-  MustExec(client, "CREATE TABLE T_LOSS (ID NUMBER)");
-  const auto lose_in = [&](auto&& call) {
-    Client victim;
-    victim.Connect(ConnectString(), User(), Password());
-    MustExec(victim, "INSERT INTO T_LOSS VALUES (1)");
-    const std::string id = Value(victim, "SELECT CONNECTION_ID() FROM DUAL");
-    MustExec(client, "KILL CONNECTION " + id);
-    EXPECT_EQ(call(victim), OCI_ERROR);
-    return victim.Code();
-  };
-  const auto gone = testing::AnyOf(3113, 28);
-  EXPECT_THAT(lose_in([](Client& c) { return Exec(c, "UPDATE T_LOSS SET ID = 2"); }), gone);
-  EXPECT_THAT(lose_in([](Client& c) { return Exec(c, "SELECT * FROM T_LOSS"); }), gone);
-  EXPECT_THAT(lose_in([](Client& c) { return Exec(c, "BEGIN INSERT INTO T_LOSS VALUES (1); END;"); }), gone);
-  EXPECT_THAT(lose_in([](Client& c) { return c.Commit(); }), gone);
-  EXPECT_THAT(lose_in([](Client& c) { return c.Rollback(); }), gone);
-  EXPECT_THAT(lose_in([](Client& c) { return OCIPing(c.service, c.error, OCI_DEFAULT); }), gone);
-  EXPECT_EQ(Value(client, "SELECT COUNT(*) FROM T_LOSS"), "0") << "the lost sessions were rolled back";
 }
 
 }  // namespace

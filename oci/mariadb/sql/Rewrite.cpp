@@ -86,6 +86,7 @@ std::string NestedText(std::string_view oracle_sql, int depth) {
 
 Rewritten RewriteAtDepth(std::string_view oracle_sql, int depth) {
   PieceList pieces(oracle_sql);
+  if (pieces.Size() == 0) return {};
   const StatementKind kind = ClassifyStatement(pieces);
   if (!kind.is_block && !kind.is_stored_program) RefuseSemicolon(pieces);
 

@@ -41,8 +41,8 @@ ub2 StatementType(std::string_view oracle_sql);
 
 // Throws OraError: ORA-01756 for an open quote, ORA-00911 for a semicolon outside a block and for marks that
 // are none of Oracle's, ORA-03001 with a text that says what cannot be had here, and the errors of types,
-// dates and definitions that can be told without a server. Empty text gives an empty statement of type
-// UNKNOWN.
+// dates and definitions that can be told without a server. Text without a word, as of comments, gives an
+// empty statement of type UNKNOWN.
 Rewritten Rewrite(std::string_view oracle_sql);
 
 }  // namespace ocimaria::sql

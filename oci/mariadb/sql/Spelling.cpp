@@ -20,7 +20,8 @@ void RefuseWord(const PieceList& pieces, std::size_t i) {
 // Marks that Oracle's language has not; to the server some of them have a meaning.
 void RefuseForeignMark(std::string_view mark) {
   constexpr std::string_view kForeign = "?`\\{}[]~&!";
-  if (mark.size() == 1 && kForeign.find(mark.front()) != kForeign.npos) throw OraError(911);
+  const bool is_control = static_cast<unsigned char>(mark.front()) < ' ';
+  if (is_control || (mark.size() == 1 && kForeign.find(mark.front()) != kForeign.npos)) throw OraError(911);
   if (mark == "@") throw Unimplemented("a database link");
 }
 
