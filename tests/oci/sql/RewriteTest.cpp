@@ -27,12 +27,16 @@ std::vector<std::string> Masks(std::string_view sql) {
 
 TEST(Rewrite, LeavesTextWithoutPeculiaritiesAsItStands) {
   for (const std::string_view sql :
-       {"", "  \n ", "SELECT 1 FROM DUAL", "select  a ,b\tfrom t where c = 'x''y' and d<>1.5e3 -- end",
+       {"", "SELECT 1 FROM DUAL", "select  a ,b\tfrom t where c = 'x''y' and d<>1.5e3 -- end",
         "UPDATE t SET a = NVL(b, 0) || 'HH24:MI' WHERE \"Mixed\" IN (SELECT x FROM y MINUS SELECT z FROM w)",
         "DELETE FROM t WHERE ROWNUM <= 5 /* all: of them */", "COMMIT", "SAVEPOINT a", "TRUNCATE TABLE t",
         "BEGIN FOR i IN 1..3 LOOP INSERT INTO t VALUES (i); END LOOP; END;"}) {
     EXPECT_EQ(Text(sql), sql);
   }
+}
+
+TEST(Rewrite, LeavesNothingOfTextWithoutAWord) {
+  for (const std::string_view sql : {"  \n ", "-- a", "/* a */ /* b */"}) EXPECT_EQ(Text(sql), "");
 }
 
 TEST(Rewrite, TurnsPlaceholdersIntoQuestionMarksInTheirOrder) {
