@@ -65,7 +65,7 @@ TEST(Functions, MakeNumbersOfTexts) {
   EXPECT_EQ(Values("TO_NUMBER('')"), "NULL");
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('12a') FROM DUAL"), 1722);
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('0x1F') FROM DUAL"), 1722);
-  EXPECT_EQ(ErrorOf(std::string_view("SELECT TO_NUMBER('1\0 2') FROM DUAL", 35)), 1722);
+  EXPECT_EQ(ErrorOf(std::string_view("SELECT TO_NUMBER('1\0 2') FROM DUAL", 34)), 1722);
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER('infinity') FROM DUAL"), 1722);
   EXPECT_EQ(Values("TO_NUMBER(' +.5e-3 ')"), "( +.5e-3 )");
   EXPECT_EQ(ErrorOf("SELECT TO_NUMBER(A, '999') FROM T"), 3001);
