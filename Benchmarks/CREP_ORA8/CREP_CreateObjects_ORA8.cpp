@@ -45,6 +45,7 @@ void DrawColumns(const ColumnInfoArray& columns, int nTableIndex, ColumnInfoArra
   SpreadByWeight(columns, TotalDistributionArray);
   for (long nColumnNumber = 0; nColumnNumber < ColumnDistributionArray.GetCount(); ++nColumnNumber) {
     const int nRandomIndex = static_cast<int>(r.GetRandom(static_cast<unsigned int>(nTotalWeight)));
+    // kept: the assertion lets 0 pass, which weights of 0 give; the exception of the array ends the run then.
     REP_ASSERT_AT(nRandomIndex > -1 && nRandomIndex < nTotalWeight + 1,
                   "nRandomIndex >-1 && nRandomIndex <nTotalWeight+1", "CREP_CreateObjects_ORA8", 157,
                   "BuildCreationSQL");
@@ -52,6 +53,7 @@ void DrawColumns(const ColumnInfoArray& columns, int nTableIndex, ColumnInfoArra
   }
 }
 
+// kept: a nullable column has a blank before its comma; hosts show the text as it is.
 const char* GetColumnSuffix(bool bNullable, bool bLast) {
   if (bNullable) return bLast ? ", PRIMARY KEY(ID))" : ",";
   return bLast ? "NOT NULL, PRIMARY KEY(ID))" : "NOT NULL,";
@@ -92,7 +94,8 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
   m_szSQL.Empty();
   if (pColumnInforArray == nullptr || pColumnInforArray->IsEmpty()) return;
 
-  // The number of columns comes from the running stream, the types from the table number.
+  // kept: the number of columns comes from the running stream, the types from the table number; a table that
+  // is made again may have more or fewer columns, of the same types.
   const int nMinColumnNumber = properties.GetMinColumnNumber();
   const int nMaxColumnNumber = properties.GetMaxColumnNumber();
   const int nTotalColumnNumber = static_cast<int>(m_Random.GetRandom(nMinColumnNumber, nMaxColumnNumber));
@@ -105,6 +108,7 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
 
   LKString szTableName;
   szTableName.Format(L"LK_REP_TABLE%d", nTableIndex);
+  // kept: without columns the text ends here, and the database refuses it.
   m_szSQL.Format(L"CREATE TABLE %s (ID NUMBER NOT NULL,", szTableName);
   for (int nColumnIndex = 0; nColumnIndex < nTotalColumnNumber; ++nColumnIndex)
     if (const ColumnInfo* pColumn = GetColumn(ColumnDistributionArray, nColumnIndex))
@@ -125,6 +129,8 @@ int CXact_Create_RepTables::Execute() {
   COracle8Driver* pDriver = static_cast<COracle8Driver*>(m_pDriver);
   OCIStmt* pStmt = nullptr;
   const sword nAllocStatus = AllocStatement(pDriver, &pStmt);
+  // kept: the handle comes before the start of the timer, so a failure ends one that was not started, with
+  // the counters of the execution before. Every status is reported by its low 16 bits in this transaction.
   if (IsFailure(nAllocStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nBytes);
     return pDriver->HandleError(LowBits(nAllocStatus), pDriver->GetOCIError(), 0, 0);
@@ -134,6 +140,7 @@ int CXact_Create_RepTables::Execute() {
   m_Timer.SetStartTime();
 
   const int nTables = m_BenchmarkProperties.GetRepBenchmarkProperties().GetTableNumber();
+  // kept: a cancelled run is a success; the host knows that it asked for it.
   for (int nTableIndex = GetFirstTableNumber(m_BenchmarkProperties); nTableIndex <= nTables && !CancelXact();
        ++nTableIndex) {
     BuildCreationSQLOrFree(pStmt, nTableIndex);
@@ -167,6 +174,7 @@ int CXact_Create_Sequence::Execute() {
 
   // kept: the scale of the owning benchmark here, that of the settings in the refresh of the sequence.
   const __int64 iStartRows = RowsOf(m_pBenchmark->GetBenchmarkScale());
+  // kept: reported only; with a scale below 1 the sequence starts lower.
   REP_ASSERT_AT(iStartRows >= 1000, "iStartRows >= 1000", "CREP_CreateObjects_ORA8", 214, "Execute");
   m_szSQL.Format(L"CREATE SEQUENCE LK_REP_ID_SEQ START WITH %I64d CACHE 100", iStartRows + 1);
 
@@ -186,7 +194,8 @@ int CXact_Create_Sequence::Execute() {
   }
   nStatus = ExecuteOnce(pDriver, pStmt, OCI_COMMIT_ON_SUCCESS);
   m_Timer.SetEndTime(m_nRows, m_nXactBytes);
-  // kept: only the status of the execute is reported by its low 16 bits.
+  // kept: only the status of the execute is reported by its low 16 bits. A sequence that is there is a
+  // failure like any other: nothing is on the list of ignored errors.
   if (IsFailure(nStatus)) return ReportAndFree(pDriver, pStmt, LowBits(nStatus));
   OCIHandleFree(pStmt, OCI_HTYPE_STMT);
   return 1;
@@ -233,6 +242,7 @@ void CXact_Create_Replication_Properties_Table::AppendColumnStructures(LKString&
   if (pColumns == nullptr) return;
   for (long i = 0; i < pColumns->GetCount(); ++i) {
     const ColumnInfo* pColumn = GetColumn(*pColumns, i);
+    // kept: a missing definition ends the rows of the structures; those before it are written.
     REP_ASSERT_AT(pColumn != nullptr, "pColumn != __null", "CREP_CreateObjects_ORA8", 345, "Execute");
     if (pColumn == nullptr) return;
     const std::string szTypeName = pColumn->GetTypeName().ToChar();
@@ -246,12 +256,14 @@ void CXact_Create_Replication_Properties_Table::AppendColumnStructures(LKString&
 }
 
 int CXact_Create_Replication_Properties_Table::Execute() {
+  // kept: before the driver is looked at; a run that adds tables leaves the properties as they are.
   if (m_BenchmarkProperties.GetIntAttribute1() > 0) return 1;
   COracle8Driver* pDriver = AsOracleDriver(m_pDriver);
   if (pDriver == nullptr) return 0;
 
   OCIStmt* pStmt = nullptr;
   sword nStatus = AllocStatement(pDriver, &pStmt);
+  // kept: as in the create of the tables the timer was not started yet; but statuses are reported whole here.
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return pDriver->HandleError(nStatus, pDriver->GetOCIError(), 0, 0);

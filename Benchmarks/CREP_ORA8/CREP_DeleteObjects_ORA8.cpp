@@ -51,8 +51,8 @@ int CXact_Drop_RepTables::Execute() {
     pDriver->HandleError(LowBits(nStatus), pDriver->GetOCIError(), 0, 0);
     return 0;
   }
-  // No upper bound: the number of tables in the settings does not matter, the first missing table ends the
-  // run.
+  // kept: no upper bound and no look at a cancel; the first missing table ends the run, so that tables of a
+  // larger earlier run go too.
   for (int i = GetFirstTableNumber(m_BenchmarkProperties); DropTable(pDriver, pStmt, i);) ++i;
   OCIHandleFree(pStmt, OCI_HTYPE_STMT);
   // kept: 0 also after the normal end at a missing table; hosts do not read the result as a failure.
@@ -73,11 +73,12 @@ bool CXact_Drop_RepTables::DropTable(COracle8Driver* pDriver, OCIStmt* pStmt, in
   nStatus = ExecuteOnce(pDriver, pStmt, OCI_COMMIT_ON_SUCCESS);
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nBytes);
+    // kept: looked up here instead of on the driver's list, where it would hide a failed prepare as well.
     if (ReadErrorCode(pDriver->GetOCIError()) != kMissingTable)
       pDriver->HandleError(LowBits(nStatus), pDriver->GetOCIError(), 0, 0);
     return false;
   }
-  pDriver->DropBackupTable(szTableName);
+  pDriver->DropBackupTable(szTableName);  // kept: the result is not looked at; the tables matter
   return true;
 }
 
@@ -98,6 +99,7 @@ int CXact_Drop_Sequence::Execute() {
   pDriver->AddIgnoreError(kMissingObject);
   pDriver->AddIgnoreError(kMissingSequence);
   // kept: alone among the schema transactions this one goes through the driver's own statement, and untimed.
+  // The result of the prepare is not looked at: without a statement the execute fails.
   pDriver->PrepareStatement(L"DROP SEQUENCE LK_REP_ID_SEQ", 0);
   const int bDropped = pDriver->ExecuteStatement(0);
   pDriver->CloseStatement();
@@ -139,7 +141,7 @@ int CXact_Drop_Replication_Properties_Table::Execute() {
   pDriver->AddIgnoreError(kMissingObject);
   nStatus = ExecuteOnce(pDriver, pStmt, OCI_COMMIT_ON_SUCCESS);
   m_Timer.SetEndTime(m_nRows, m_nXactBytes);
-  // A missing table is a failure all the same: the driver leaves out the report, nothing more.
+  // kept: a missing table is a failure all the same: the driver leaves out the report, nothing more.
   if (IsFailure(nStatus)) pDriver->HandleError(LowBits(nStatus), pError, 0, 0);
   OCIHandleFree(pStmt, OCI_HTYPE_STMT);
   pDriver->RemoveIgnoreError(kMissingTable);

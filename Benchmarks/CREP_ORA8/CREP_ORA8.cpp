@@ -15,7 +15,8 @@ namespace {
 
 constexpr int kBenchmarkID = 16;
 constexpr int kDriverID = 9;
-constexpr long kMaxCountToRecord = 99;  // kept: looked at before a row is added, so the map grows to 100
+// kept: looked at before a row is added, so the map grows to 100; a full map takes no replacement either.
+constexpr long kMaxCountToRecord = 99;
 
 }  // namespace
 
@@ -71,6 +72,7 @@ int CREP_ORA8::RecordRow(long nTableNum, long nRowID) {
 int CREP_ORA8::TakeFirstRow(long& nTableNum, long& nRowID) {
   const std::lock_guard lock(m_MapLock);
   if (m_MapTableNumToRowID.IsEmpty()) return 0;
+  // kept: the entry stays; the delete forgets it, an update may take it any number of times.
   const auto first = m_MapTableNumToRowID.GetStartPosition();
   nRowID = first->second;
   nTableNum = first->first - first->second;

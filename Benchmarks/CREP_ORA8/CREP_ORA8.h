@@ -33,7 +33,8 @@ class CREP_ORA8 : public CSSBenchmark {
   void ForgetRow(long nTableNum, long nRowID);
 
   // Row ID by the sum of table number and row ID, so the table number is key minus value. While transactions
-  // run it is reached through the operations above only.
+  // run it is reached through the operations above only. kept: no run clears it, so the rows of the run
+  // before are the first ones that the next updates and deletes.
   CTRKMap<long, long> m_MapTableNumToRowID;
 
  private:

@@ -16,7 +16,8 @@ wxIMPLEMENT_DYNAMIC_CLASS(CREP_Refresh_Sequence, CREP_Refresh_Base);
 
 namespace {
 
-// Execute and the row count take "success with information" as a success, unlike every other call.
+// kept: execute and the row count take "success with information" as a success, unlike every other call, and
+// compare the whole status: high bits alone fail, though there is nothing to report then.
 bool IsWorseThanInfo(sword nStatus) { return static_cast<ub4>(nStatus) > OCI_SUCCESS_WITH_INFO; }
 
 }  // namespace
@@ -51,6 +52,7 @@ int CREP_Refresh_Base::ReadRowCount(COracle8Driver* pDriver) {
   const sword nStatus = OCIAttrGet(m_pstmt, OCI_HTYPE_STMT, &nRowsAffect, reinterpret_cast<ub4*>(sizeof(ub4)),
                                    OCI_ATTR_ROW_COUNT, pDriver->GetOCIError());
   if (IsWorseThanInfo(nStatus)) {
+    // kept: alone in the refresh this status is reported whole.
     pDriver->HandleError(nStatus, pDriver->GetOCIError(), 0, 0);
     return -1;
   }
@@ -62,7 +64,8 @@ int CREP_Refresh_Base::Execute() {
   if (pDriver == nullptr) return 0;
   __int64 iStartRows = 0;
   __int64 iTotalRows = 0;
-  GetRowInfo(iStartRows, iTotalRows);
+  GetRowInfo(iStartRows, iTotalRows);  // kept: the result is not looked at, the counts decide
+  // kept: exactly 0, and without a look at a cancel; a table is emptied in one statement.
   if (iStartRows == 0) {
     m_strSQL.Format(L"TRUNCATE TABLE %s", m_strTableName);
     return Execute(m_strSQL.ToChar().c_str()) == -1 ? 0 : 1;
@@ -85,9 +88,9 @@ int CREP_Refresh_Base::DeleteInBatches(COracle8Driver* pDriver, __int64 iRows2De
     LKString strMsg;
     strMsg.Format(L"Refresh Table %s (%3.2f%%) was completed.", m_strTableName, fpercent);
     pDriver->HandleInfoMsg(strMsg, 0);
-    if (nRowsAffect < m_iRowsPerBatch) return 1;
+    if (nRowsAffect < m_iRowsPerBatch) return 1;  // kept: a full last batch needs one more, of no rows
   }
-  return 1;
+  return 1;  // kept: a cancelled refresh is a success, the next one goes on where it ended
 }
 
 int CREP_Refresh_Base::PostBenchmark() {
@@ -110,6 +113,7 @@ int CREP_RefreshTable_ORA8::PreBenchmark() {
   m_TableArray.RemoveAll();
   const int nNumberOfTables = m_BenchmarkProperties.GetRepBenchmarkProperties().GetTableNumber();
   int nTableID = m_nUserID;
+  // kept: at least once; a user without a table takes one that is not there, and its statement is reported.
   do {
     REP_ASSERT_AT(nTableID >= 1 && nTableID <= nNumberOfTables,
                   "nTableID >= 1 && nTableID <= nNumberOfTables", "REP_RefreshTables_ORA8", 64,
@@ -127,7 +131,7 @@ void CREP_RefreshTable_ORA8::AddTable(COracle8Driver* pDriver, const LKString& s
       m_BenchmarkProperties.IsCreateUseBackup() && m_BenchmarkProperties.GetIntAttribute2() > 0;
   if (!bBackup)
     m_TableArray.Add(strTableName);
-  else if (pDriver->BackupExists(strTableName))
+  else if (pDriver->BackupExists(strTableName))  // kept: a table without a backup is not refreshed at all
     m_TableArray.Add(strTableName + L"_BAK");
 }
 

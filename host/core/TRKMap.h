@@ -39,7 +39,7 @@ class CTRKMap : public wxObject {
 
  private:
   std::map<K, V> m_TRKMap;
-  LKString m_szLastError;
+  LKString m_szLastError;  // kept: unused; the size of a map is the one that plug-ins were built with
 };
 
 template <class K, class V>

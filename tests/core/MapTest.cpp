@@ -142,3 +142,7 @@ TEST(Map, IsAnObjectOfTheHost) {
   LongMap map;
   EXPECT_NE(dynamic_cast<wxObject*>(&map), nullptr);
 }
+
+TEST(Map, HasRoomForAnErrorTextThatItDoesNotUse) {
+  EXPECT_EQ(sizeof(LongMap), sizeof(wxObject) + sizeof(std::map<long, long>) + sizeof(LKString));
+}

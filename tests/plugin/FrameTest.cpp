@@ -287,6 +287,17 @@ TEST_F(AnyTransaction, OnlyTwoUseTheDriverUnchecked) {
   });
 }
 
+TEST_F(AnyTransaction, EndsAndBeginsARunWithoutForgettingTheInsertedRows) {
+  m_benchmark.RecordRow(2, 1001);
+  ForEach(&m_driver, [](CXact& xact) {
+    xact.PreBenchmark();
+    xact.PreIteration();
+    xact.PostBenchmark();
+  });
+  EXPECT_EQ(m_benchmark.RegisterTransactions(0), 1);
+  EXPECT_EQ(m_benchmark.m_MapTableNumToRowID.GetCount(), 1);
+}
+
 TEST_F(AnyTransaction, DoPostAndDoDeleteAnswer405AndTheOtherDefaultsHold) {
   ForEach(nullptr, [](CXact& xact) {
     LKString szResponse;
