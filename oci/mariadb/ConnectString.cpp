@@ -129,8 +129,6 @@ void SetParameters(ConnectTarget& target, TlsWishes& tls, std::string_view query
 
 // "host", "host:port", "[address]", "[address]:port" or nothing.
 void SetAuthority(ConnectTarget& target, std::string_view authority) {
-  if (authority.find('@') != authority.npos)
-    Fail("user and password belong to the session, not to the connect string");
   std::string_view port;
   if (authority.starts_with('[')) {
     const auto close = authority.find(']');
@@ -191,6 +189,8 @@ ConnectTarget ParseConnectString(std::string_view text) {
   const auto question = rest.find('?');
   const std::string_view query = question == rest.npos ? "" : rest.substr(question + 1);
   rest = rest.substr(0, question);
+  // Before any message quotes the text: it may hold a password.
+  if (rest.find('@') != rest.npos) Fail("user and password belong to the session, not to the connect string");
   const auto slash = rest.find('/');
   if (slash == rest.npos) Fail(Quoted(text) + " names no schema; write mariadb://host/schema");
 

@@ -8,7 +8,9 @@
 namespace ocimaria {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 // The text of the error, "" when the string is accepted.
 std::string Problem(std::string_view text) {
@@ -84,6 +86,13 @@ TEST(ConnectString, AnAuthorityMeansVerificationUnlessItIsTurnedOff) {
 
 TEST(ConnectString, TheTimeoutIsTaken) {
   EXPECT_EQ(ParseConnectString("//h/s?connect-timeout=3").connect_timeout, 3u);
+}
+
+// An error text may end in a log; a password that was put into the connect string must not.
+TEST(ConnectString, NoProblemRepeatsAPassword) {
+  for (const char* text :
+       {"mariadb://u:secret@h", "u/secret@h", "u:secret@h", "//u:secret@h/", "//h/u/secret@h"})
+    EXPECT_THAT(Problem(text), AllOf(HasSubstr("belong to the session"), Not(HasSubstr("secret"))));
 }
 
 TEST(ConnectString, EveryProblemIsNamed) {
