@@ -186,25 +186,27 @@ using namespace ocimaria;
 
 extern "C" sword OCIAttrGet(const void* trgthndlp, ub4 trghndltyp, void* attributep, ub4* sizep, ub4 attrtype,
                             OCIError* errhp) {
+  const auto call = OCI_CALL(trgthndlp, trghndltyp, attrtype, errhp);
   // An error handle keeps its record while its own row offset is read.
   const auto work = [&]() -> sword {
     if (!attributep) throw OraError(24323);
     GetAttribute(trgthndlp, trghndltyp, attrtype, {attributep, sizep});
     return OCI_SUCCESS;
   };
-  return trgthndlp == errhp ? Contained(work) : Guarded(errhp, [&](ErrorHandle&) { return work(); });
+  return trgthndlp == errhp ? Contained(call, work)
+                            : Guarded(call, errhp, [&](ErrorHandle&) { return work(); });
 }
 
 extern "C" sword OCIAttrSet(void* trgthndlp, ub4 trghndltyp, void* attributep, ub4 size, ub4 attrtype,
                             OCIError* errhp) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(trgthndlp, trghndltyp, attrtype, errhp), errhp, [&](ErrorHandle&) -> sword {
     SetAttribute(trgthndlp, trghndltyp, attrtype, attributep, size);
     return OCI_SUCCESS;
   });
 }
 
 extern "C" sword OCIParamGet(const void* hndlp, ub4 htype, OCIError* errhp, void** parmdpp, ub4 pos) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(hndlp, htype, errhp, pos), errhp, [&](ErrorHandle&) -> sword {
     if (!parmdpp) throw OraError(24323);
     if (htype == OCI_HTYPE_STMT)
       *parmdpp = ColumnParameter(*Need<StatementHandle>(hndlp), pos);

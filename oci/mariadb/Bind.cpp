@@ -80,29 +80,33 @@ sword Bind(OCIBind** bindpp, StatementHandle& statement, const std::vector<std::
 extern "C" sword OCIBindByPos(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp, ub4 position, void* valuep,
                               sb4 value_sz, ub2 dty, void* indp, ub2* alenp, ub2* rcodep, ub4 maxarr_len,
                               ub4*, ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
-    const auto statement = Need<StatementHandle>(stmtp);
-    return Bind(bindpp, *statement, statement->PlacesAt(position),
-                {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
-  });
+  return Guarded(
+      OCI_CALL(stmtp, errhp, position, valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode), errhp,
+      [&](ErrorHandle&) -> sword {
+        const auto statement = Need<StatementHandle>(stmtp);
+        return Bind(bindpp, *statement, statement->PlacesAt(position),
+                    {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
+      });
 }
 
 extern "C" sword OCIBindByName(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp, const OraText* placeholder,
                                sb4 placeh_len, void* valuep, sb4 value_sz, ub2 dty, void* indp, ub2* alenp,
                                ub2* rcodep, ub4 maxarr_len, ub4*, ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
-    const auto statement = Need<StatementHandle>(stmtp);
-    if (!placeholder || placeh_len < 0) throw OraError(1036);
-    const std::string_view name(reinterpret_cast<const char*>(placeholder),
-                                static_cast<std::size_t>(placeh_len));
-    return Bind(bindpp, *statement, statement->PlacesNamed(name),
-                {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
-  });
+  return Guarded(
+      OCI_CALL(stmtp, errhp, placeh_len, valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode), errhp,
+      [&](ErrorHandle&) -> sword {
+        const auto statement = Need<StatementHandle>(stmtp);
+        if (!placeholder || placeh_len < 0) throw OraError(1036);
+        const std::string_view name(reinterpret_cast<const char*>(placeholder),
+                                    static_cast<std::size_t>(placeh_len));
+        return Bind(bindpp, *statement, statement->PlacesNamed(name),
+                    {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
+      });
 }
 
 extern "C" sword OCIBindArrayOfStruct(OCIBind* bindp, OCIError* errhp, ub4 pvskip, ub4 indskip, ub4 alskip,
                                       ub4 rcskip) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(bindp, errhp, pvskip, indskip, alskip, rcskip), errhp, [&](ErrorHandle&) -> sword {
     Need<BindHandle>(bindp)->SetSkips(pvskip, indskip, alskip, rcskip);
     return OCI_SUCCESS;
   });

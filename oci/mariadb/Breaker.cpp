@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "oci/mariadb/ServerFailure.h"
+#include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
 namespace {
@@ -37,6 +38,7 @@ Breaker::~Breaker() {
 void Breaker::Break(const std::shared_ptr<Connection>& connection) {
   const std::uint64_t call = connection->Calls().RequestBreak();
   if (call == 0) return;
+  trace::ConnectionEvent(connection->Id(), "interrupt wanted");
   {
     std::lock_guard lock(m_mutex);
     m_requests.push_back({connection, call});

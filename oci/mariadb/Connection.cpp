@@ -6,6 +6,7 @@
 
 #include "oci/mariadb/Library.h"
 #include "oci/mariadb/ServerFailure.h"
+#include "oci/mariadb/TraceEvents.h"
 #include "oci/mariadb/sql/SessionSettings.h"
 
 namespace ocimaria {
@@ -69,18 +70,36 @@ void Connection::SetOptions(Purpose purpose) {
   mysql_options(m_mysql, MYSQL_OPT_SSL_KEY, OrNull(m_target.ssl_key));
 }
 
-void Connection::Open(Purpose purpose) {
+void Connection::LogIn() {
+  const trace::RoundTrip trip(0, "log-in");
   if (!mysql_real_connect(m_mysql, OrNull(m_target.host), m_credentials.user.c_str(),
                           m_credentials.password.c_str(), m_target.schema.c_str(), m_target.port,
                           OrNull(m_target.socket), CLIENT_FOUND_ROWS | CLIENT_MULTI_RESULTS))
     Fail();
+}
+
+void Connection::Open(Purpose purpose) {
+  LogIn();
   // The client library goes on in plain text when the server offers no TLS, even where it is enforced.
   if (m_target.tls_required && !mysql_get_ssl_cipher(m_mysql))
     throw OraError::WithText(29024, "Certificate validation failure (" + m_target.ServerName() +
                                         " offers no TLS and a connection in plain text is refused)");
   m_id = mysql_thread_id(m_mysql);
+  TraceOpened(purpose);
   if (purpose == Purpose::kSession) Run(std::string("SET ") + sql::kSessionSettings + kTransactionSettings);
   m_established = true;
+}
+
+void Connection::TraceOpened(Purpose purpose) {
+  if (!trace::Active()) return;
+  const char* cipher = mysql_get_ssl_cipher(m_mysql);
+  trace::UseConnection(m_id);
+  trace::ConnectionEvent(m_id, purpose == Purpose::kSession ? "connected" : "connected for interrupts",
+                         "to " + m_target.ServerName());
+  trace::Setting(m_id, "server=" + m_target.ServerName() + " version=" + ServerVersion() +
+                           " schema=" + m_target.schema + " user=" + m_credentials.user + " tls=" +
+                           (cipher ? cipher : "off") + " charset=" + mysql_character_set_name(m_mysql) +
+                           " connect-timeout=" + std::to_string(m_target.connect_timeout));
 }
 
 MYSQL* Connection::Native() {
@@ -91,7 +110,10 @@ MYSQL* Connection::Native() {
 void Connection::Throw(unsigned number, const char* text) {
   ServerFailure failure(number, text);
   if (m_established && failure.BrokenLink()) failure = ServerFailure(CR_SERVER_LOST, text);
-  if (failure.LostConnection()) m_lost = true;
+  if (failure.LostConnection()) {
+    m_lost = true;
+    trace::ConnectionEvent(m_id, "lost", "by server error " + std::to_string(number));
+  }
   throw failure;
 }
 
@@ -108,6 +130,7 @@ void Connection::RequireRoomFor(std::size_t bytes) {
 
 void Connection::Send(std::string_view text) {
   RequireRoomFor(text.size());
+  const trace::RoundTrip trip(m_id, "query", text);
   if (mysql_real_query(Native(), text.data(), text.size()) != 0) Fail();
 }
 
@@ -150,6 +173,7 @@ void Connection::Rollback() {
 }
 
 void Connection::Ping() {
+  const trace::RoundTrip trip(m_id, "ping");
   if (mysql_ping(Native()) != 0) Fail();
 }
 
@@ -171,6 +195,7 @@ std::string Connection::Literal(std::string_view text) {
 std::string Connection::ServerVersion() { return mysql_get_server_info(Native()); }
 
 void Connection::Close() {
+  if (m_mysql && m_id != 0) trace::ConnectionEvent(m_id, "closed");
   if (m_mysql) mysql_close(m_mysql);
   m_mysql = nullptr;
   m_lost = false;

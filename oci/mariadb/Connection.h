@@ -22,6 +22,7 @@
 
 #include "oci/mariadb/CallState.h"
 #include "oci/mariadb/ConnectString.h"
+#include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
 
@@ -85,6 +86,8 @@ class Connection {
   friend class CallScope;
   void SetOptions(Purpose purpose);
   void Open(Purpose purpose);
+  void LogIn();
+  void TraceOpened(Purpose purpose);
   bool InTransaction() const { return (m_mysql->server_status & SERVER_STATUS_IN_TRANS) != 0; }
   void Send(std::string_view text);
   [[noreturn]] void Fail() { Throw(mysql_errno(m_mysql), mysql_error(m_mysql)); }
@@ -106,6 +109,7 @@ class CallScope {
  public:
   explicit CallScope(Connection& connection) : m_connection(connection) {
     m_connection.m_use.lock();
+    trace::UseConnection(m_connection.Id());
     m_connection.m_calls.BeginCall();
   }
   ~CallScope() {

@@ -34,17 +34,18 @@ using namespace ocimaria;
 extern "C" sword OCIDefineByPos(OCIStmt* stmtp, OCIDefine** defnpp, OCIError* errhp, ub4 position,
                                 void* valuep, sb4 value_sz, ub2 dty, void* indp, ub2* rlenp, ub2* rcodep,
                                 ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
-    const auto statement = Need<StatementHandle>(stmtp);
-    if (!defnpp) throw InvalidHandle{};
-    statement->RequirePrepared();
-    constexpr ub4 kMostColumns = 4096;
-    if (position == 0 || position > kMostColumns) throw OraError(1007);
-    if (mode != OCI_DEFAULT) throw OraError(24300);
-    const auto define = std::make_shared<DefineHandle>();
-    define->Set(valuep, value_sz, dty, indp, rlenp, rcodep);
-    statement->SetDefine(position, define);
-    *defnpp = static_cast<OCIDefine*>(define->Token());
-    return OCI_SUCCESS;
-  });
+  return Guarded(OCI_CALL(stmtp, errhp, position, valuep, value_sz, dty, indp, rlenp, rcodep, mode), errhp,
+                 [&](ErrorHandle&) -> sword {
+                   const auto statement = Need<StatementHandle>(stmtp);
+                   if (!defnpp) throw InvalidHandle{};
+                   statement->RequirePrepared();
+                   constexpr ub4 kMostColumns = 4096;
+                   if (position == 0 || position > kMostColumns) throw OraError(1007);
+                   if (mode != OCI_DEFAULT) throw OraError(24300);
+                   const auto define = std::make_shared<DefineHandle>();
+                   define->Set(valuep, value_sz, dty, indp, rlenp, rcodep);
+                   statement->SetDefine(position, define);
+                   *defnpp = static_cast<OCIDefine*>(define->Token());
+                   return OCI_SUCCESS;
+                 });
 }

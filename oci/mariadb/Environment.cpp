@@ -10,8 +10,9 @@
 namespace ocimaria {
 namespace {
 
-sword CreateEnvironment(OCIEnv** result) {
-  return Contained([&]() -> sword {
+template <class Call>
+sword CreateEnvironment(const Call& call, OCIEnv** result) {
+  return Contained(call, [&]() -> sword {
     if (!result) return OCI_INVALID_HANDLE;
     UseClientLibrary();
     *result = static_cast<OCIEnv*>(Make<Environment>(nullptr)->Token());
@@ -44,19 +45,19 @@ using namespace ocimaria;
 
 // Memory callbacks, user memory and character sets are accepted and have no effect: the library uses the
 // process's heap and UTF-8.
-extern "C" sword OCIEnvCreate(OCIEnv** envhpp, ub4, void*, void* (*)(void*, size_t),
+extern "C" sword OCIEnvCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(void*, size_t),
                               void* (*)(void*, void*, size_t), void (*)(void*, void*), size_t, void**) {
-  return CreateEnvironment(envhpp);
+  return CreateEnvironment(OCI_CALL(envhpp, mode), envhpp);
 }
 
-extern "C" sword OCIEnvNlsCreate(OCIEnv** envhpp, ub4, void*, void* (*)(void*, size_t),
+extern "C" sword OCIEnvNlsCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(void*, size_t),
                                  void* (*)(void*, void*, size_t), void (*)(void*, void*), size_t, void**, ub2,
                                  ub2) {
-  return CreateEnvironment(envhpp);
+  return CreateEnvironment(OCI_CALL(envhpp, mode), envhpp);
 }
 
 extern "C" sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, size_t, void**) {
-  return Contained([&]() -> sword {
+  return Contained(OCI_CALL(parenth, type), [&]() -> sword {
     const auto environment = Need<Environment>(parenth);
     if (!hndlpp) return OCI_INVALID_HANDLE;
     auto handle = NewHandle(type);
@@ -71,11 +72,12 @@ extern "C" sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, si
 }
 
 extern "C" sword OCIHandleFree(void* hndlp, ub4 type) {
-  return Contained([&]() -> sword { return Unregister(hndlp, type) ? OCI_SUCCESS : OCI_INVALID_HANDLE; });
+  return Contained(OCI_CALL(hndlp, type),
+                   [&]() -> sword { return Unregister(hndlp, type) ? OCI_SUCCESS : OCI_INVALID_HANDLE; });
 }
 
 extern "C" sword OCIDescriptorFree(void* descp, ub4 type) {
-  return Contained([&]() -> sword {
+  return Contained(OCI_CALL(descp, type), [&]() -> sword {
     return type == OCI_DTYPE_PARAM && Unregister(descp, type) ? OCI_SUCCESS : OCI_INVALID_HANDLE;
   });
 }

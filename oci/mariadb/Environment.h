@@ -9,6 +9,7 @@
 #include "oci/mariadb/Breaker.h"
 #include "oci/mariadb/Errors.h"
 #include "oci/mariadb/Handles.h"
+#include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
 
@@ -19,6 +20,7 @@ class Environment : public Handle {
 
   // The record of the last call that failed and had only the environment to leave it on.
   void SetLastError(const OraError& error) {
+    trace::ErrorReported(error);
     std::lock_guard lock(m_mutex);
     m_last_error = RecordOf(error);
   }

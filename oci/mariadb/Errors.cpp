@@ -7,6 +7,7 @@
 
 #include "oci/mariadb/Environment.h"
 #include "oci/mariadb/Guard.h"
+#include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
 namespace {
@@ -34,6 +35,11 @@ ErrorRecord RecordOf(const OraError& error) {
   return {error.Code(), prefix + error.Text() + "\n"};
 }
 
+void ErrorHandle::Report(const OraError& error) {
+  Set(error);
+  if (error.Code() != 1403) trace::ErrorReported(error);  // "no data found" ends every fetch
+}
+
 }  // namespace ocimaria
 
 using namespace ocimaria;
@@ -42,7 +48,7 @@ using namespace ocimaria;
 // zero byte and answered with OCI_ERROR.
 extern "C" sword OCIErrorGet(void* hndlp, ub4 recordno, OraText*, sb4* errcodep, OraText* bufp, ub4 bufsiz,
                              ub4 type) {
-  return Contained([&]() -> sword {
+  return Contained(OCI_CALL(hndlp, recordno, bufsiz, type), [&]() -> sword {
     if (type == OCI_HTYPE_ENV)
       return Deliver(Need<Environment>(hndlp)->LastError(), recordno, errcodep, bufp, bufsiz);
     if (type != OCI_HTYPE_ERROR) return OCI_INVALID_HANDLE;

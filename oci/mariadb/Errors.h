@@ -32,6 +32,7 @@ class ErrorHandle : public Handle {
   // Forgets the record. The failed rows stay until the next execute: they are read by calls on this handle.
   void Clear() { m_record.reset(); }
   void Set(const OraError& error) { m_record = RecordOf(error); }
+  void Report(const OraError& error);  // the same, of a call that fails: the trace shows it
   const std::optional<ErrorRecord>& Record() const { return m_record; }
 
   std::vector<RowError> rows;  // of the last array execute, in the order they were met

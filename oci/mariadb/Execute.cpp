@@ -95,7 +95,7 @@ using namespace ocimaria;
 
 extern "C" sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* stmt, ub4 stmt_len,
                                 ub4 language, ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(stmtp, errhp, stmt, stmt_len, language, mode), errhp, [&](ErrorHandle&) -> sword {
     const auto statement = Need<StatementHandle>(stmtp);
     if (!stmt || language == 0 || mode != OCI_DEFAULT) throw OraError(24323);
     statement->Prepare({reinterpret_cast<const char*>(stmt), stmt_len});
@@ -105,7 +105,7 @@ extern "C" sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* 
 
 extern "C" sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iters, ub4 rowoff,
                                 const OCISnapshot*, OCISnapshot*, ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle& error) -> sword {
+  return Guarded(OCI_CALL(svchp, stmtp, errhp, iters, rowoff, mode), errhp, [&](ErrorHandle& error) -> sword {
     const auto service = Need<ServiceHandle>(svchp);
     const auto statement = Need<StatementHandle>(stmtp);
     statement->RequirePrepared();

@@ -7,6 +7,7 @@
 
 #include "oci/mariadb/Execute.h"
 #include "oci/mariadb/ServerFailure.h"
+#include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
 namespace {
@@ -73,6 +74,7 @@ class ArrayExecution {
 
   void Report(RowError error) {
     if (!m_request.Has(OCI_BATCH_ERRORS)) throw error.error;
+    trace::RowFailed(error.row, error.error);
     m_errors.push_back(std::move(error));
   }
 
@@ -91,7 +93,7 @@ sword ExecuteBound(StatementHandle& statement, const ExecuteRequest& request, Er
   error.rows = execution.TakeErrors();
   statement.dml_errors = static_cast<ub4>(error.rows.size());
   if (error.rows.empty()) return OCI_SUCCESS;
-  error.Set(OraError(24381));
+  error.Report(OraError(24381));
   return OCI_SUCCESS_WITH_INFO;
 }
 

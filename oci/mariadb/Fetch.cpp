@@ -86,11 +86,11 @@ sword FetchRows(StatementHandle& statement, ub4 count, ErrorHandle& error) {
     ++statement.row_count;
   }
   if (delivered < count) {
-    error.Set(OraError(1403));
+    error.Report(OraError(1403));
     return OCI_NO_DATA;
   }
   if (told == 0) return OCI_SUCCESS;
-  error.Set(OraError(told));
+  error.Report(OraError(told));
   return OCI_SUCCESS_WITH_INFO;
 }
 
@@ -100,7 +100,7 @@ using namespace ocimaria;
 
 // Forward only; 0 rows give the result up.
 extern "C" sword OCIStmtFetch2(OCIStmt* stmtp, OCIError* errhp, ub4 nrows, ub2 orientation, sb4, ub4) {
-  return Guarded(errhp, [&](ErrorHandle& error) -> sword {
+  return Guarded(OCI_CALL(stmtp, errhp, nrows, orientation), errhp, [&](ErrorHandle& error) -> sword {
     const auto statement = Need<StatementHandle>(stmtp);
     if (!statement->executed) throw OraError(24338);
     if (orientation != OCI_FETCH_NEXT && orientation != OCI_DEFAULT) throw OraError(24300);

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // The outer layer of every exported call: it finds the error handle, clears its record, runs the work and
-// turns whatever the work throws into a status and a record. Nothing thrown passes a C border.
+// turns whatever the work throws into a status and a record. Nothing thrown passes a C border. Each call
+// comes with its name and arguments (OCI_CALL), for the trace.
 #pragma once
 
 #include <exception>
 #include <functional>
 
 #include "oci/mariadb/Errors.h"
+#include "oci/mariadb/TraceCall.h"
 
 namespace ocimaria {
 
@@ -14,21 +16,24 @@ namespace ocimaria {
 OraError CurrentException();
 
 // Calls that have no error handle: OCI_INVALID_HANDLE for a wrong handle, OCI_ERROR for anything else.
-template <class Work>
-sword Contained(Work&& work) noexcept {
-  try {
-    return std::forward<Work>(work)();
-  } catch (const InvalidHandle&) {
-    return OCI_INVALID_HANDLE;
-  } catch (...) {
-    return OCI_ERROR;
-  }
+template <class Call, class Work>
+sword Contained(const Call& call, Work&& work) noexcept {
+  const auto contained = [&]() noexcept -> sword {
+    try {
+      return work();
+    } catch (const InvalidHandle&) {
+      return OCI_INVALID_HANDLE;
+    } catch (...) {
+      return OCI_ERROR;
+    }
+  };
+  return trace::Active() ? trace::Traced(call, contained) : contained();
 }
 
 // `work` takes the ErrorHandle and returns a status. An error ORA-01403 is OCI_NO_DATA, any other OCI_ERROR.
-template <class Work>
-sword Guarded(const void* errhp, Work&& work) noexcept {
-  return Contained([&]() -> sword {
+template <class Call, class Work>
+sword Guarded(const Call& call, const void* errhp, Work&& work) noexcept {
+  return Contained(call, [&]() -> sword {
     const auto error = Need<ErrorHandle>(errhp);
     error->Clear();
     try {
@@ -37,7 +42,7 @@ sword Guarded(const void* errhp, Work&& work) noexcept {
       throw;
     } catch (...) {
       const OraError reported = CurrentException();
-      error->Set(reported);
+      error->Report(reported);
       return reported.Code() == 1403 ? OCI_NO_DATA : OCI_ERROR;
     }
   });

@@ -8,6 +8,7 @@
 
 #include <oci.h>
 
+#include <cstdint>
 #include <memory>
 
 namespace ocimaria {
@@ -28,6 +29,9 @@ class Handle {
   const ub4 m_type;  // OCI_HTYPE_* or OCI_DTYPE_*
   void* const m_token;
 };
+
+// The how-manieth handle of the process a token stands for, from 1; 0 for what is no token.
+std::uintptr_t HandleNumber(const void* token);
 
 // Thrown where a call needs a handle and was given something else. The guard answers OCI_INVALID_HANDLE.
 struct InvalidHandle {};

@@ -25,9 +25,11 @@ std::string TextOf(int code, std::initializer_list<std::string_view> arguments) 
 
 }  // namespace
 
-OraError::OraError(int code, std::initializer_list<std::string_view> arguments)
-    : m_code(code), m_text(TextOf(code, arguments)) {}
+OraError::OraError(int code, std::initializer_list<std::string_view> arguments, SourcePlace place)
+    : OraError(code, TextOf(code, arguments), place) {}
 
-OraError OraError::WithText(int code, std::string text) { return OraError(code, std::move(text), 0); }
+OraError OraError::WithText(int code, std::string text, SourcePlace place) {
+  return OraError(code, std::move(text), place);
+}
 
 }  // namespace ocimaria

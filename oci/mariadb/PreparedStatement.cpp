@@ -5,6 +5,8 @@
 
 #include <new>
 
+#include "oci/mariadb/TraceEvents.h"
+
 namespace ocimaria {
 PreparedStatement::PreparedStatement(std::shared_ptr<Connection> connection, std::string text,
                                      unsigned parameters)
@@ -27,6 +29,7 @@ void PreparedStatement::Prepare() {
   if (m_prepared) return;
   m_connection->Native();
   m_connection->RequireRoomFor(m_text.size());
+  const trace::RoundTrip trip(m_connection->Id(), "prepare", m_text);
   Check(mysql_stmt_prepare(m_statement, m_text.data(), m_text.size()));
   m_prepared = true;
 }
@@ -48,8 +51,12 @@ int PreparedStatement::Send(MYSQL_BIND* binds, unsigned array_size) {
   if (!m_prepared) mysql_stmt_attr_set(m_statement, STMT_ATTR_PREBIND_PARAMS, &m_parameters);
   mysql_stmt_attr_set(m_statement, STMT_ATTR_ARRAY_SIZE, &array_size);
   if (m_parameters > 0) Check(mysql_stmt_bind_param(m_statement, binds));
-  if (m_prepared) return mysql_stmt_execute(m_statement);
+  if (m_prepared) {
+    const trace::RoundTrip trip(m_connection->Id(), "execute");
+    return mysql_stmt_execute(m_statement);
+  }
   m_connection->RequireRoomFor(m_text.size());
+  const trace::RoundTrip trip(m_connection->Id(), "prepare and execute", m_text);
   return mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size());
 }
 

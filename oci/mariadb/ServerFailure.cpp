@@ -38,7 +38,9 @@ bool ServerFailure::ConcernsRow() const {
 }
 
 OraError ToOraError(const ServerFailure& failure, const sql::ErrorContext& context) {
-  return sql::MapServerError(failure.Number(), failure.Text(), context);
+  OraError error = sql::MapServerError(failure.Number(), failure.Text(), context);
+  error.SetServer({failure.Number(), failure.Text(), context.is_block});
+  return error;
 }
 
 }  // namespace ocimaria

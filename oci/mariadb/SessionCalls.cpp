@@ -35,9 +35,9 @@ std::vector<std::shared_ptr<Connection>> SessionsOf(void* hndlp) {
   return connection ? std::vector{std::move(connection)} : std::vector<std::shared_ptr<Connection>>{};
 }
 
-template <class Work>
-sword OnConnection(OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+template <class Call, class Work>
+sword OnConnection(const Call& call, OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
+  return Guarded(call, errhp, [&](ErrorHandle&) -> sword {
     const auto connection = Need<ServiceHandle>(svchp)->LiveConnection();
     CallScope scope(*connection);
     work(*connection);
@@ -50,7 +50,7 @@ sword OnConnection(OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
 // No round trip: the server is reached when the session begins.
 extern "C" sword OCIServerAttach(OCIServer* srvhp, OCIError* errhp, const OraText* dblink, sb4 dblink_len,
                                  ub4) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(srvhp, errhp, dblink, dblink_len), errhp, [&](ErrorHandle&) -> sword {
     const auto server = Need<ServerHandle>(srvhp);
     const bool given = dblink && dblink_len > 0;
     server->Attach({reinterpret_cast<const char*>(dblink), given ? static_cast<std::size_t>(dblink_len) : 0});
@@ -59,7 +59,7 @@ extern "C" sword OCIServerAttach(OCIServer* srvhp, OCIError* errhp, const OraTex
 }
 
 extern "C" sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(srvhp, errhp), errhp, [&](ErrorHandle&) -> sword {
     Need<ServerHandle>(srvhp)->Detach();
     return OCI_SUCCESS;
   });
@@ -67,7 +67,7 @@ extern "C" sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
 
 // A break does not end a connection attempt; the connect string's connect-timeout does.
 extern "C" sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4 credt, ub4 mode) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(svchp, errhp, usrhp, credt, mode), errhp, [&](ErrorHandle&) -> sword {
     const auto service = Need<ServiceHandle>(svchp);
     const auto session = Need<SessionHandle>(usrhp);
     const auto server = service->Server();
@@ -85,7 +85,7 @@ extern "C" sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* 
 
 // Commits what is open. Round trips: one.
 extern "C" sword OCISessionEnd(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(svchp, errhp, usrhp), errhp, [&](ErrorHandle&) -> sword {
     const auto service = Need<ServiceHandle>(svchp);
     const auto session = usrhp ? Need<SessionHandle>(usrhp) : service->Session();
     if (!session) throw OraError(1012);
@@ -95,20 +95,23 @@ extern "C" sword OCISessionEnd(OCISvcCtx* svchp, OCIError* errhp, OCISession* us
 }
 
 extern "C" sword OCITransCommit(OCISvcCtx* svchp, OCIError* errhp, ub4) {
-  return OnConnection(svchp, errhp, [](Connection& connection) { connection.Commit(); });
+  return OnConnection(OCI_CALL(svchp, errhp), svchp, errhp,
+                      [](Connection& connection) { connection.Commit(); });
 }
 
 extern "C" sword OCITransRollback(OCISvcCtx* svchp, OCIError* errhp, ub4) {
-  return OnConnection(svchp, errhp, [](Connection& connection) { connection.Rollback(); });
+  return OnConnection(OCI_CALL(svchp, errhp), svchp, errhp,
+                      [](Connection& connection) { connection.Rollback(); });
 }
 
 extern "C" sword OCIPing(OCISvcCtx* svchp, OCIError* errhp, ub4) {
-  return OnConnection(svchp, errhp, [](Connection& connection) { connection.Ping(); });
+  return OnConnection(OCI_CALL(svchp, errhp), svchp, errhp,
+                      [](Connection& connection) { connection.Ping(); });
 }
 
 // Returns at once; the interrupted call answers ORA-01013. Nothing on an idle session.
 extern "C" sword OCIBreak(void* hndlp, OCIError* errhp) {
-  return Contained([&]() -> sword {
+  return Contained(OCI_CALL(hndlp, errhp), [&]() -> sword {
     Need<ErrorHandle>(errhp);  // its record is left alone: the interrupted call may be about to write it
     const auto sessions = SessionsOf(hndlp);
     for (const auto& connection : sessions) Breaker::Shared()->Break(connection);
@@ -118,7 +121,7 @@ extern "C" sword OCIBreak(void* hndlp, OCIError* errhp) {
 
 // Takes back a break that has not reached the server.
 extern "C" sword OCIReset(void* hndlp, OCIError* errhp) {
-  return Contained([&]() -> sword {
+  return Contained(OCI_CALL(hndlp, errhp), [&]() -> sword {
     Need<ErrorHandle>(errhp);
     for (const auto& connection : SessionsOf(hndlp)) connection->Calls().CancelBreak();
     return OCI_SUCCESS;
@@ -126,7 +129,7 @@ extern "C" sword OCIReset(void* hndlp, OCIError* errhp) {
 }
 
 extern "C" sword OCIServerVersion(void* hndlp, OCIError* errhp, OraText* bufp, ub4 bufsz, ub1 hndltype) {
-  return Guarded(errhp, [&](ErrorHandle&) -> sword {
+  return Guarded(OCI_CALL(hndlp, errhp, bufsz, hndltype), errhp, [&](ErrorHandle&) -> sword {
     if (hndltype != OCI_HTYPE_SVCCTX && hndltype != OCI_HTYPE_SERVER) throw InvalidHandle{};
     const auto sessions = SessionsOf(hndlp);
     if (sessions.empty()) throw OraError(1012);

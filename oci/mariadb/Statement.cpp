@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "oci/mariadb/TraceEvents.h"
+
 namespace ocimaria {
 namespace {
 
@@ -54,6 +56,7 @@ void StatementHandle::Prepare(std::string_view text) {
   Release();
   m_is_prepared = false;
   m_text = text;
+  trace::SqlGiven(Token(), text);
   m_sql = {};
   m_sql.type = sql::StatementType(text);
   m_sql = sql::Rewrite(text);
