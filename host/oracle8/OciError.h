@@ -15,17 +15,22 @@ namespace oracle8 {
 constexpr bool Failed(sword status) { return (status & 0xFFFF) != 0; }
 
 // A call failed: `Action` says what it was to do. With status OCI_SUCCESS no call failed and the action is
-// the whole message.
+// the whole message. A call that takes no error handle leaves no record: what an error handle holds then is
+// an older one.
 class OciFailure : public std::exception {
  public:
-  OciFailure(sword status, const LKString& action) : m_status(status), m_action(action) {}
+  enum Record { kLeft, kNone };
+  OciFailure(sword status, const LKString& action, Record record = kLeft)
+      : m_status(status), m_action(action), m_record(record) {}
   sword Status() const { return m_status; }
   const LKString& Action() const { return m_action; }
+  bool HasRecord() const { return m_record == kLeft; }
   const char* what() const noexcept override { return "OCI call failed"; }
 
  private:
   sword m_status;
   LKString m_action;
+  Record m_record;
 };
 
 // Throws OciFailure when the status is a failure.

@@ -55,7 +55,8 @@ using Parameter = std::unique_ptr<OCIParam, FreeParameter>;
 template <class H>
 Handle<H> AllocateHandle(OCIEnv* environment) {
   void* handle = nullptr;
-  Check(OCIHandleAlloc(environment, &handle, HandleType<H>::value, 0, nullptr), L"allocate a handle");
+  const sword status = OCIHandleAlloc(environment, &handle, HandleType<H>::value, 0, nullptr);
+  if (Failed(status)) throw OciFailure(status, L"allocate a handle", OciFailure::kNone);
   return Handle<H>(static_cast<H*>(handle));
 }
 

@@ -62,7 +62,7 @@ int COracle8Driver::HandleError(int nStatus, OCIError* pError, int nReserved1, i
 void COracle8Driver::Report(const OciFailure& failure, const LKString& szWhat, OCIError* pError) {
   LKString szMessage = szWhat + L" (" + failure.Action();
   if (failure.Status() == OCI_SUCCESS) return HandleErrorMsg(szMessage + L")");
-  HandleError(failure.Status(), pError, szMessage + L" failed)", 0, 0);
+  HandleError(failure.Status(), failure.HasRecord() ? pError : nullptr, szMessage + L" failed)", 0, 0);
 }
 
 int COracle8Driver::Connect(LKString szServer, LKString szUser, LKString szPassword) {

@@ -95,6 +95,16 @@ TEST_F(Backup, DropDoesNotTakeAnEarlierMissingTableForItsOwn) {
   EXPECT_EQ(m_driver.DropBackupTable(L"T"), 0);
 }
 
+TEST_F(Backup, DropDoesNotTakeAnEarlierRecordForThatOfAFailedAllocation) {
+  Oci().FailSql("DROP TABLE", 1, OraFault(942));
+  ASSERT_NE(m_driver.DropBackupTable(L"T"), 0);
+  Oci().FailCall("OCIHandleAlloc", 1, scripted::Fault{OCI_ERROR});
+  EXPECT_EQ(m_driver.DropBackupTable(L"T"), 0);
+  EXPECT_THAT(m_reports.Reports(),
+              ElementsAre("ERROR -1: Cannot run: DROP TABLE T_BAK (allocate a handle failed)\n"
+                          "The Oracle client returned status -1 and left no error record."));
+}
+
 TEST_F(Backup, DropKeepsACallersOwnIgnoredNumber) {
   m_driver.AddIgnoreError(942);
   Oci().FailSql("DROP TABLE", 1, OraFault(942));

@@ -251,7 +251,7 @@ bool Recorder::Fails(const void* error, sword& status, const std::string& sql) {
     const Fault fault = pending->fault;
     if (!pending->stays) m_oci.m_faults.erase(pending);
     m_oci.m_struck.push_back(m_oci.m_calls.size() - 1);
-    if (fault.code != 0) Error(error, fault.code, fault.text);
+    Leave(error, fault);
     status = fault.status;
     return !fault.works;
   }
@@ -271,6 +271,13 @@ void Recorder::Free(Handle* handle) {
   handle->live = false;
   for (const auto& other : m_oci.m_handles)
     if (other->live && other->parent == handle) Free(other.get());
+}
+
+void Recorder::Leave(const void* error, const Fault& fault) {
+  if (fault.code != 0)
+    Error(error, fault.code, fault.text);
+  else if (Handle* handle = Find(error); handle != nullptr)
+    handle->code = 0;
 }
 
 sword Recorder::Error(const void* error, sb4 code, const std::string& text) {

@@ -75,6 +75,7 @@ class Recorder {
   sword Fetch(Handle* statement, ub4 rows, const void* error);
 
  private:
+  void Leave(const void* error, const Fault& fault);  // its record, or none
   sword Work(Handle* statement, ub4 iters, ub4 mode, const void* error);
   sword RunQuery(Handle* statement, ub4 iters, const void* error);
   std::vector<std::vector<Cell>> BoundRows(const Handle* statement, ub4 iters) const;
