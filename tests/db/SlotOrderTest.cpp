@@ -5,9 +5,8 @@
 // and 2.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-
+#include "FieldOrder.h"
+#include "ForeignDriver.h"
 #include "VtableSlot.h"
 #include "db/DriverBase.h"
 #include "db/SSBenchmark.h"
@@ -115,13 +114,65 @@ TEST(Layout, OfATransactionIsAnObjectFirstAndAResourceSecond) {
             static_cast<std::ptrdiff_t>(sizeof(wxObject)));
 }
 
+// The fields of a transaction that plug-ins use, and those of an error handler.
+struct TransactionFields : CXact {
+  std::vector<const void*> Addresses() const {
+    return {&m_pDriver,
+            &m_pBenchmark,
+            &m_nUserID,
+            &m_szName,
+            &m_szDescription,
+            &m_nXactID,
+            &m_nTransactionType,
+            &m_nDriverType,
+            &m_BenchmarkProperties,
+            &m_Timer,
+            &m_Random,
+            &m_nXactBytes,
+            &m_nTotalUsers,
+            &m_nSetNumber,
+            &m_nNumberOfSets,
+            &m_nRowsProcessed,
+            &m_nLastReadTime,
+            &m_pParentXact,
+            &m_ChildXacts};
+  }
+};
+struct HandlerFields final : CErrorHandler {
+  std::vector<const void*> Addresses() const { return {&m_pNextHandler, &m_ErrorHandlerCriticalSection}; }
+};
+
+TEST(Layout, OfATransactionHasItsFieldsInOrderBehindBothBases) {
+  const TransactionFields xact;
+  EXPECT_TRUE(AreInOrder(xact, sizeof(wxObject) + sizeof(CRestObject), xact.Addresses()));
+}
+
+TEST(Layout, OfAnErrorHandlerIsItsTableTheNextHandlerAndTheCriticalSection) {
+  const HandlerFields handler;
+  EXPECT_TRUE(AreInOrder(handler, sizeof(void*), handler.Addresses()));
+  EXPECT_EQ(Offsets(handler, handler.Addresses()), (std::vector<std::ptrdiff_t>{8, 16}));
+}
+
+TEST(Layout, OfADriverIsAnObjectFirstAndAnErrorHandlerSecond) {
+  const scripted::ForeignDriver driver;
+  const CDriverBase& base = driver;
+  EXPECT_EQ(static_cast<const void*>(static_cast<const wxObject*>(&base)), &base);
+  EXPECT_EQ(Offsets(base, {static_cast<const CErrorHandler*>(&base)}).front(),
+            static_cast<std::ptrdiff_t>(sizeof(wxObject)));
+}
+
+TEST(Layout, OfABenchmarkBeginsWithTheObject) {
+  const CSSBenchmark benchmark;
+  EXPECT_EQ(static_cast<const void*>(static_cast<const wxObject*>(&benchmark)), &benchmark);
+}
+
 TEST(Layout, OfAnErrorHasItsFieldsInTheOrderOfTheContract) {
   const CError error;
-  const void* const fields[] = {&error.m_eErrorLevel,    &error.m_szErrorNumber,   &error.m_szErrorSeverity,
-                                &error.m_szErrorMessage, &error.m_szErrorLocation, &error.m_bAlwaysDisplay,
-                                &error.m_szData};
-  EXPECT_TRUE(std::is_sorted(std::begin(fields), std::end(fields), std::less<>()));
-  EXPECT_EQ(fields[0], &error);
+  EXPECT_TRUE(AreInOrder(
+      error, 0,
+      {&error.m_eErrorLevel, &error.m_szErrorNumber, &error.m_szErrorSeverity, &error.m_szErrorMessage,
+       &error.m_szErrorLocation, &error.m_bAlwaysDisplay, &error.m_szData}));
+  EXPECT_EQ(static_cast<const void*>(&error.m_eErrorLevel), &error);
 }
 
 }  // namespace

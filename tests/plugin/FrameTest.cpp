@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The benchmark object, its registration and class information, and its map of inserted rows.
+// The benchmark object, its registration, and its map of inserted rows.
 #include <thread>
 
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
@@ -16,11 +16,8 @@ std::string ClassName(const wxObject& object) {
   return wxString(object.GetClassInfo()->GetClassName()).utf8_string();
 }
 
-std::string BaseName(const wxClassInfo& info) { return wxString(info.GetBaseClassName1()).utf8_string(); }
-
 struct Identity {
   const char* szClass;
-  const char* szBase;
   const char* szName;
   const char* szDescription;
   int nID;
@@ -30,26 +27,21 @@ struct Identity {
 // In registration order. A description that is not set is the host's default, which is empty too.
 const std::vector<Identity>& Identities() {
   static const std::vector<Identity> identities = {
-      {"CXact_Create_RepTables", "CXact", "Create Replication Tables", "", 100, CREATE_TABLE},
-      {"CXact_Drop_RepTables", "CXact", "Drop Replication Tables", "", 120, DROP_TABLE},
-      {"CXact_LoadTable_ORA8", "CXact", "Load Replication tables", "Loading Replication Benchmark tables",
-       110, LOAD_TABLE},
-      {"CXact_Create_Sequence", "CXact", "Create Sequence", "Create Sequence", 161, CREATE_SP},
-      {"CXact_Drop_Sequence", "CXact", "Drop Sequence", "Drop Sequence", 171, DROP_SP},
-      {"CXact_Create_Replication_Properties_Table", "CXact", "Create Replication Properties table",
+      {"CXact_Create_RepTables", "Create Replication Tables", "", 100, CREATE_TABLE},
+      {"CXact_Drop_RepTables", "Drop Replication Tables", "", 120, DROP_TABLE},
+      {"CXact_LoadTable_ORA8", "Load Replication tables", "Loading Replication Benchmark tables", 110,
+       LOAD_TABLE},
+      {"CXact_Create_Sequence", "Create Sequence", "Create Sequence", 161, CREATE_SP},
+      {"CXact_Drop_Sequence", "Drop Sequence", "Drop Sequence", 171, DROP_SP},
+      {"CXact_Create_Replication_Properties_Table", "Create Replication Properties table",
        "Create Replication Properties Table", 101, CREATE_TABLE},
-      {"CXact_Drop_Replication_Properties_Table", "CXact", "Drop Replication Properties Table", "", 121,
-       DROP_TABLE},
-      {"CREP_RefreshTable_ORA8", "CREP_Refresh_Base", "Refresh Replication Table", "", 181, TRANSACTION},
-      {"CREP_Refresh_Properties_Table", "CREP_Refresh_Base", "Refresh Replication Properties", "", 182,
-       TRANSACTION},
-      {"CREP_Refresh_Sequence", "CREP_Refresh_Base", "Refresh Sequence", "", 183, TRANSACTION},
-      {"CXact_Insert", "CXact", "Insert Transaction", "Replication benchmark insert transaction", 131,
-       UNKNOWN},
-      {"CXact_Update", "CXact", "Update Transaction", "Replication benchmark update transaction", 141,
-       UNKNOWN},
-      {"CXact_Delete", "CXact", "Delete Transaction", "Replication benchmark delete transaction", 151,
-       UNKNOWN}};
+      {"CXact_Drop_Replication_Properties_Table", "Drop Replication Properties Table", "", 121, DROP_TABLE},
+      {"CREP_RefreshTable_ORA8", "Refresh Replication Table", "", 181, TRANSACTION},
+      {"CREP_Refresh_Properties_Table", "Refresh Replication Properties", "", 182, TRANSACTION},
+      {"CREP_Refresh_Sequence", "Refresh Sequence", "", 183, TRANSACTION},
+      {"CXact_Insert", "Insert Transaction", "Replication benchmark insert transaction", 131, UNKNOWN},
+      {"CXact_Update", "Update Transaction", "Replication benchmark update transaction", 141, UNKNOWN},
+      {"CXact_Delete", "Delete Transaction", "Replication benchmark delete transaction", 151, UNKNOWN}};
   return identities;
 }
 
@@ -94,43 +86,6 @@ TEST(Registration, ACopyByIdIsOfTheSameClass) {
     ASSERT_NE(xact, nullptr) << expected.szClass;
     EXPECT_EQ(ClassName(*xact), expected.szClass);
   }
-}
-
-TEST(ClassInformation, EveryClassIsCreatedByItsNameWithItsOwnInformationAndBase) {
-  std::vector<Identity> classes = Identities();
-  classes.push_back({"CREP_ORA8", "CSSBenchmark", "", "", 0, 0});
-  classes.push_back({"CREP_Refresh_Base", "CXact", "", "", 0, 0});
-  for (const Identity& expected : classes) {
-    const std::unique_ptr<wxObject> object(wxCreateDynamicObject(expected.szClass));
-    ASSERT_NE(object, nullptr) << expected.szClass;
-    EXPECT_EQ(ClassName(*object), expected.szClass);
-    EXPECT_EQ(BaseName(*object->GetClassInfo()), expected.szBase) << expected.szClass;
-    EXPECT_EQ(object->GetClassInfo()->GetBaseClass2(), nullptr) << expected.szClass;
-  }
-}
-
-// Where a class stands in the global list; the front holds what was registered last.
-long DistanceFromFront(const std::string& name) {
-  long nDistance = 0;
-  for (const wxClassInfo* info = wxClassInfo::GetFirst(); info != nullptr;
-       info = info->GetNext(), ++nDistance)
-    if (wxString(info->GetClassName()).utf8_string() == name) return nDistance;
-  return -1;
-}
-
-TEST(ClassInformation, TheClassesOfASourceFileAreRegisteredInTheirOrder) {
-  const std::vector<std::vector<std::string>> files = {
-      {"CXact_Create_RepTables", "CXact_Create_Sequence", "CXact_Create_Replication_Properties_Table"},
-      {"CXact_Drop_RepTables", "CXact_Drop_Sequence", "CXact_Drop_Replication_Properties_Table"},
-      {"CREP_Refresh_Base", "CREP_RefreshTable_ORA8", "CREP_Refresh_Properties_Table",
-       "CREP_Refresh_Sequence"}};
-  for (const std::vector<std::string>& classes : files)
-    for (size_t i = 1; i < classes.size(); ++i)
-      EXPECT_EQ(DistanceFromFront(classes[i - 1]), DistanceFromFront(classes[i]) + 1) << classes[i];
-}
-
-TEST(ClassInformation, TheLoadBaseHasNoneOfItsOwn) {
-  EXPECT_EQ(wxClassInfo::FindClass("CXact_LoadTableBase_ORA8"), nullptr);
 }
 
 TEST(EntryFunction, StoresANewBenchmarkAndReturnsOne) {
