@@ -65,7 +65,7 @@ sword Execute(StatementHandle& statement, const ExecuteRequest& request, ErrorHa
     ParseOnly(statement, request);
     return OCI_SUCCESS;
   }
-  if (statement.Sql().text.empty()) throw OraError(900);
+  if (statement.Sql().is_empty) throw OraError(900);
   if (!statement.Sql().is_query && request.first >= request.end) throw OraError(24333);
   const sword status = ExecuteByKind(statement, request, error);
   statement.executed = true;

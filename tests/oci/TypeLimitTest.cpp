@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the types hold at their ends, and what a user gets where the server holds less than Oracle: every line
-// of docs/oracle_sql.md, "Limits", has a case here.
+// of docs/oracle_sql.md on limits of values has a case here.
 #include <cstring>
+#include <limits>
 
 #include "Contract.h"
 
@@ -178,6 +179,24 @@ TEST_P(TypeLimits, ARawTakesItsBytesAndNoMore) {
   EXPECT_EQ(Stored("RAW(3)", bytes, 4, SQLT_BIN), "ORA-12899");
   Stored("RAW(3)", bytes, 3, SQLT_BIN);
   EXPECT_EQ(Value(client, "SELECT LENGTH(C) FROM T_LIMIT"), "3");
+}
+
+TEST_P(TypeLimits, NumbersThatAreNoneAreRefused) {
+  EXPECT_EQ(Stored("BINARY_DOUBLE", std::numeric_limits<double>::quiet_NaN()), "ORA-1426");
+  EXPECT_EQ(Stored("BINARY_DOUBLE", -std::numeric_limits<double>::infinity()), "ORA-1426");
+}
+
+TEST_P(TypeLimits, ACharJoinedToAVarchar2IsRefused) {
+  Table("T_LIMIT", "A CHAR(4), B VARCHAR2(4)");
+  EXPECT_EQ(Exec(client, "SELECT A || B FROM T_LIMIT"), OCI_ERROR);
+  EXPECT_EQ(client.Code(), 12704);
+}
+
+TEST_P(TypeLimits, AQuotedNameFindsItsColumnInAnyCase) {
+  EXPECT_EQ(Exec(client, "CREATE TABLE T_LIMIT2 (ID NUMBER, \"id\" NUMBER)"), OCI_ERROR);
+  EXPECT_EQ(client.Code(), 957);
+  Stored("NUMBER", "7");
+  EXPECT_EQ(Value(client, "SELECT \"c\" FROM T_LIMIT"), "7");
 }
 
 // The server's strict mode does not count blanks: it tells of a VARCHAR by a note and of a CHAR not at all.

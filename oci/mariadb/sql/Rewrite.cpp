@@ -86,12 +86,12 @@ std::string NestedText(std::string_view oracle_sql, int depth) {
 
 Rewritten RewriteAtDepth(std::string_view oracle_sql, int depth) {
   PieceList pieces(oracle_sql);
-  if (pieces.Size() == 0) return {};
   const StatementKind kind = ClassifyStatement(pieces);
   if (!kind.is_block && !kind.is_stored_program) RefuseSemicolon(pieces);
 
   Rewritten rewritten;
   rewritten.type = kind.type;
+  rewritten.is_empty = pieces.Size() == 0;
   rewritten.is_ddl = kind.is_ddl;
   rewritten.is_block = kind.is_block;
   rewritten.is_query = kind.type == OCI_STMT_SELECT;

@@ -24,6 +24,7 @@ struct Rewritten {
   std::string text;  // MariaDB's text, with question marks
   std::vector<Placeholder> placeholders;
   ub2 type = OCI_STMT_UNKNOWN;  // OCI_STMT_*
+  bool is_empty = false;        // nothing but blanks and comments
   bool is_ddl = false;          // commits before and after (TRUNCATE included)
   bool is_block = false;        // BEGIN, DECLARE: undone whole when it fails midway
   bool is_query = false;        // has a result set
@@ -41,8 +42,8 @@ ub2 StatementType(std::string_view oracle_sql);
 
 // Throws OraError: ORA-01756 for an open quote, ORA-00911 for a semicolon outside a block and for marks that
 // are none of Oracle's, ORA-03001 with a text that says what cannot be had here, and the errors of types,
-// dates and definitions that can be told without a server. Text without a word, as of comments, gives an
-// empty statement of type UNKNOWN.
+// dates and definitions that can be told without a server. Text of blanks and comments comes
+// back as an empty statement of type UNKNOWN.
 Rewritten Rewrite(std::string_view oracle_sql);
 
 }  // namespace ocimaria::sql

@@ -27,7 +27,7 @@ std::vector<std::string> Masks(std::string_view sql) {
 
 TEST(Rewrite, LeavesTextWithoutPeculiaritiesAsItStands) {
   for (const std::string_view sql :
-       {"", "SELECT 1 FROM DUAL", "select  a ,b\tfrom t where c = 'x''y' and d<>1.5e3 -- end",
+       {"", "  \n ", "SELECT 1 FROM DUAL", "select  a ,b\tfrom t where c = 'x''y' and d<>1.5e3 -- end",
         "UPDATE t SET a = NVL(b, 0) || 'HH24:MI' WHERE \"Mixed\" IN (SELECT x FROM y MINUS SELECT z FROM w)",
         "DELETE FROM t WHERE ROWNUM <= 5 /* all: of them */", "COMMIT", "SAVEPOINT a", "TRUNCATE TABLE t",
         "BEGIN FOR i IN 1..3 LOOP INSERT INTO t VALUES (i); END LOOP; END;"}) {
@@ -35,8 +35,10 @@ TEST(Rewrite, LeavesTextWithoutPeculiaritiesAsItStands) {
   }
 }
 
-TEST(Rewrite, LeavesNothingOfTextWithoutAWord) {
-  for (const std::string_view sql : {"  \n ", "-- a", "/* a */ /* b */"}) EXPECT_EQ(Text(sql), "");
+TEST(Rewrite, TellsATextWithoutAWord) {
+  for (const std::string_view sql : {"", "  \n ", "-- a", "/* a */ /* b */"})
+    EXPECT_TRUE(Rewrite(sql).is_empty);
+  EXPECT_FALSE(Rewrite("COMMIT -- a").is_empty);
 }
 
 TEST(Rewrite, TurnsPlaceholdersIntoQuestionMarksInTheirOrder) {
