@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test sanitize mutate format
+.PHONY: run test sanitize coverage mutate format
 run:
 	scripts/install-packages
 	$(configure)
@@ -17,6 +17,13 @@ test:
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan
+coverage:  # what the tests run, by folder; the limits are in scripts/coverage
+	scripts/install-packages test check
+	cmake --preset coverage -Wno-dev --log-level=WARNING
+	find build/coverage -name '*.gcda' -delete
+	cmake --build --preset coverage
+	ctest --preset coverage
+	scripts/coverage build/coverage
 mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
 	scripts/install-packages check
 	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
