@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test sanitize coverage mutate format
+.PHONY: run test nightly sanitize coverage mutate format
 run:
 	scripts/install-packages
 	$(configure)
@@ -14,6 +14,13 @@ test:
 	$(configure)
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
+# The tests that only gain by numbers, with 100 million draws of every bounded kind instead of a million. Minutes.
+nightly: DRAWS ?= 100000000
+nightly:
+	scripts/install-packages test
+	$(configure)
+	cmake --build --preset $(PRESET)
+	LK_DRAWS=$(DRAWS) ctest --preset $(PRESET) -L draws
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan

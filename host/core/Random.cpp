@@ -82,8 +82,9 @@ void CRandGen::SetSeed(int nSeed) { m_Engine.Seed(static_cast<std::uint64_t>(nSe
 long CRandGen::UnifInt(long nLow, long nHigh) { return Between(m_Engine, nLow, nHigh); }
 
 double CRandGen::UnifReal(double fLow, double fHigh) {
-  const double fValue = fLow + (fHigh - fLow) * m_Engine.NextDouble();
-  return fValue < fHigh ? fValue : std::nextafter(fHigh, fLow);  // rounding may reach the upper end
+  const auto [fFirst, fLast] = std::minmax(fLow, fHigh);
+  const double fValue = std::lerp(fFirst, fLast, m_Engine.NextDouble());
+  return fValue < fLast ? fValue : std::nextafter(fLast, fFirst);  // rounding may reach the upper end
 }
 
 int CRandGen::MakeAlphaString(int nMin, int nMax, std::string& szOut) {

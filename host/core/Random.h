@@ -40,8 +40,9 @@ class CRandGen {
   CRandGen();
   ~CRandGen();
   void SetSeed(int nSeed);
+  // As in CRandom, reversed bounds are exchanged.
   long UnifInt(long nLow, long nHigh);         // both bounds inclusive
-  double UnifReal(double fLow, double fHigh);  // [fLow, fHigh)
+  double UnifReal(double fLow, double fHigh);  // [fLow, fHigh); fLow when they are equal
   // Fills szOut with letters (A-Z, a-z); its length is uniform in nMin..nMax, and is returned. Bounds below 0
   // count as 0; with nMin above nMax the bounds are exchanged.
   int MakeAlphaString(int nMin, int nMax, std::string& szOut);
@@ -52,7 +53,7 @@ class CRandGen {
   CXoshiro256 m_Engine{1};
 };
 
-// Draws in 1..n; repeats are allowed.
+// Draws in 1..n. kept: its name notwithstanding, values repeat; a weight is a frequency only because of that.
 class CUniqueRandom {
  public:
   CUniqueRandom();

@@ -212,6 +212,19 @@ TEST(UniqueRandom, TakesTheLargestBound) {
   EXPECT_TRUE(bUpperHalf);
 }
 
+// Its name says otherwise: of ten draws in 1..10 all are different once in 2,756 times.
+TEST(UniqueRandom, DrawsTheSameValueMoreThanOnce) {
+  CUniqueRandom random;
+  random.Seed(10);
+  int nRoundsWithARepetition = 0;
+  for (int nRound = 0; nRound < 100; ++nRound) {
+    std::set<unsigned int> values;
+    for (int i = 0; i < 10; ++i) values.insert(random.GetRandom(10));
+    nRoundsWithARepetition += values.size() < 10 ? 1 : 0;
+  }
+  EXPECT_GT(nRoundsWithARepetition, 90);
+}
+
 TEST(UniqueRandom, RepeatsForASeed) {
   CUniqueRandom first;
   CUniqueRandom second;
