@@ -38,6 +38,7 @@ class CErrorHandler {
 
   // Each builds a CError with number "-1" (critical, error) or "0" (warning, information) and hands it to
   // HandleError of this handler. A null message does nothing. Inline: whoever calls them builds them in.
+  // kept: no lock is taken here, so a handler may report while it holds its own.
   void HandleCriticalMsg(const wchar_t* szMessage, int bAlwaysDisplay) {
     Report(CRITICAL_LEVEL, L"-1", szMessage, bAlwaysDisplay);
   }

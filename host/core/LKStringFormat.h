@@ -29,7 +29,8 @@ enum class LKFormatClass { Int, Long, Double, Text };
 wxString LKFormatPiece(const wchar_t* piece, LKFormatClass eClass);
 
 // kept: the brackets are written as if | meant "or", so | itself is a flag and a conversion character here,
-// and z stands twice among the lengths. The splitter takes what this matches, "% d" behind a % included.
+// and z stands twice among the lengths. The splitter takes what this matches, "% d" behind a % included:
+// which argument meets which piece of a host's format depends on it.
 inline constexpr wchar_t kLKFormatSpecifier[] =
     L"%([-|+|#|0| ]){0,1}(\\d+)?(\\.\\d+)?(hh|h|l|ll|j|z|t|z|I64|i64){0,1}"
     L"[d|i|u|o|x|X|f|F|e|E|g|G|a|A|c|s|p|n]";
@@ -58,7 +59,9 @@ class FormatHelper {
   }
 };
 
-// The end of every recursion: renders all the text that is left.
+// The end of every recursion: renders all the text that is left. kept: unlike the form below it takes no
+// lock, searches no pattern and renders a text without a specifier too: the text behind the last one comes
+// from here.
 template <class T>
 void LKString::Format(const wchar_t* format, T value) {
   wxString text;
@@ -76,6 +79,8 @@ requires(sizeof...(Rest) > 0) void LKString::Format(const wchar_t* format, T fir
   const wxString text(format ? format : L"");
   size_t nStart = 0;
   size_t nLength = 0;
+  // kept: the string and its counter stay as they are; in a recursion the arguments and the text that are
+  // left are dropped. Callers with a format of their own see their old text then.
   if (!reg.Matches(text) || !reg.GetMatch(&nStart, &nLength)) return;
   if (m_nCount++ == 0) Empty();
   const size_t nEnd = nStart + nLength;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Integer names that the contract uses. `__int64` is `long` on this platform: CTRKMap<long, long>, "%lld" and
-// "%I64d" of a `long` argument depend on it.
+// "%I64d" of a `long` argument depend on it. kept: not `long long`, although it is as wide.
 #pragma once
 
 typedef long __int64;

@@ -16,6 +16,7 @@ class CTRKMap : public wxObject {
   using const_position = typename std::map<K, V>::const_iterator;
 
   void SetAt(K key, V value) { m_TRKMap.insert_or_assign(key, value); }
+  // kept: an int here and a bool there, as hosts are compiled against them.
   int Lookup(K key, V& value) const;  // 1 and the value, or 0 and `value` untouched
   bool RemoveKey(K key) { return m_TRKMap.erase(key) != 0; }
   void RemoveAll() { m_TRKMap.clear(); }

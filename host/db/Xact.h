@@ -22,6 +22,7 @@
 #include "db/DriverBase.h"
 #include "db/SSBenchmark.h"
 
+// kept: names in two spellings, as hosts and scripts know them.
 enum enumXactType {
   UNKNOWN = 0,
   QUERY = 1,

@@ -99,3 +99,8 @@ TEST(ArchiveText, KnowsItsDirection) {
   EXPECT_TRUE(CLKArchive(Json).IsStoring());
   EXPECT_FALSE(CLKArchive(Json, L"{}").IsStoring());
 }
+
+TEST(ArchiveText, NumbersItsFormsFromOne) {
+  EXPECT_EQ(Xml, 1);
+  EXPECT_EQ(Json, 2);
+}

@@ -121,6 +121,10 @@ TEST(Array, OwnsItsStorageAndNotWhatItPointsTo) {
   EXPECT_EQ(nAlive, 1);
 }
 
+TEST(Array, IsAnObjectWithOneVector) {
+  EXPECT_EQ(sizeof(IntArray), sizeof(wxObject) + sizeof(std::vector<int>));
+}
+
 TEST(Array, OfStringsHoldsStrings) {
   CTRKStringArray array;
   array.Add(L"LK_REP_TABLE1");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <vector>
 
 #include "core/ErrorHandler.h"
@@ -34,6 +35,20 @@ TEST(ErrorHandler, NullMessageCallsNoHandler) {
     (link.*call)(nullptr, 0);
   }
   EXPECT_TRUE(recorder.errors.empty());
+}
+
+// Were a lock taken, this test would wait for itself.
+TEST(ErrorHandler, MessagesTakeNoLockOfTheirHandler) {
+  struct Locked final : CErrorHandler {
+    int HandleError(CError*) override { return ++reports; }
+    wxCriticalSection& Lock() { return m_ErrorHandlerCriticalSection; }
+    int reports = 0;
+  } handler;
+  const wxCriticalSectionLocker lock(handler.Lock());
+  std::jthread([&] {
+    for (const MessageCall call : kCalls) (handler.*call)(L"text", 0);
+  }).join();
+  EXPECT_EQ(handler.reports, 4);
 }
 
 TEST(ErrorHandler, MessageBecomesAReportWithLevelAndNumber) {
@@ -81,5 +96,8 @@ TEST(ErrorHandler, FreshReportIsEmptyAndOfUnknownLevel) {
   EXPECT_EQ(error.m_eErrorLevel, UNKNOWN_LEVEL);
   EXPECT_EQ(error.m_bAlwaysDisplay, 0);
   EXPECT_EQ(UNKNOWN_LEVEL, -1);
+  EXPECT_EQ(INFO_LEVEL, 1);
+  EXPECT_EQ(WARNING_LEVEL, 2);
+  EXPECT_EQ(ERROR_LEVEL, 3);
   EXPECT_EQ(CRITICAL_LEVEL, 4);
 }

@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <string>
+#include <type_traits>
 
 #include "AssertionList.h"
 #include "core/LKString.h"
@@ -32,6 +33,19 @@ TEST(Format, WithoutASpecifierForSeveralArgumentsLeavesTheStringAsItWas) {
   text.Format(L"no specifier", 1, 2);
   EXPECT_EQ(text, LKString(L"old"));
   EXPECT_EQ(text.m_nCount, 0);
+}
+
+// The other way round than with several: the text is rendered whatever it holds.
+TEST(Format, WithoutASpecifierForOneArgumentIsTheTextItself) {
+  EXPECT_EQ(Formatted(L"no specifier", 1), "no specifier");
+}
+
+TEST(Format, WithoutASpecifierForSeveralArgumentsDoesNotCount) {
+  LKString text(L"old");
+  text.m_nCount = 3;
+  text.Format(L"no specifier", 1, 2);
+  EXPECT_EQ(text.m_nCount, 3);
+  EXPECT_EQ(text, LKString(L"old"));
 }
 
 TEST(Format, DropsTheLastArgumentThatHasNoSpecifier) { EXPECT_EQ(Formatted(L"a %d b", 1, 2), "a 1 b"); }
@@ -82,6 +96,11 @@ TEST(Format, RendersEveryLengthOf64Bits) {
   EXPECT_EQ(Formatted(L"%I64d of %i64u", 3000000000L, 4000000000L), "3000000000 of 4000000000");
 }
 
+TEST(Format, OfTheContractsInt64IsThatOfALong) {
+  static_assert(std::is_same_v<__int64, long>);
+  EXPECT_EQ(Formatted(L"%d %lld", 1, __int64{-2}), "1 -2");
+}
+
 TEST(Format, RendersEachKindOfArgumentThatThePlugInPasses) {
   const AssertionList assertions;
   char letters[] = "AbC";
@@ -128,8 +147,15 @@ TEST(Format, SplitsBehindADoubledPercentAndALetter) {
   EXPECT_EQ(Formatted(L"100%% d and %d", 1, 2), "100% d and 2");
 }
 
+TEST(Format, SplitsAtTheSecondOfTwoPercentSigns) {
+  EXPECT_EQ(Formatted(L"100%%d and %d", 1, 2), "100%d and 2");
+}
+
 // The pattern counts | among the flags and the conversions.
-TEST(Format, SplitsAtAPercentAndABar) { EXPECT_EQ(Formatted(L"a%|b%d", 1, 2), "a%|b2"); }
+TEST(Format, SplitsAtAPercentAndABar) {
+  EXPECT_EQ(Formatted(L"a%|b%d", 1, 2), "a%|b2");
+  EXPECT_EQ(Formatted(L"a%|d%d", 1, 2), "a%|d2");
+}
 
 TEST(Format, MayReadTheStringThatItWrites) {
   LKString text(L"%d and ");

@@ -83,6 +83,17 @@ TEST(FormatThreads, OfDifferentInstantiationsDoNotWaitForEachOther) {
   EXPECT_EQ(held, LKString(L"acted 1"));
 }
 
+// With a lock that a thread cannot take twice, this test would wait for itself.
+TEST(FormatThreads, OfOneInstantiationMayNestInOneThread) {
+  LKString inner;
+  const std::function<void()> nothing = [] {};
+  const std::function<void()> act = [&] { inner.Format(L"in: %s %d", Acting{&nothing}, 1); };
+  LKString outer;
+  outer.Format(L"out: %s %d!", Acting{&act}, 2);
+  EXPECT_EQ(inner, LKString(L"in: acted 1"));
+  EXPECT_EQ(outer, LKString(L"out: acted 2!"));
+}
+
 TEST(FormatThreads, OfOneInstantiationDoNotMixTheirMatches) {
   const int nWrong = CountWrongTexts([](int nThread, int nRound) {
     // specifiers at other places in each thread: a match of another thread would cut the format elsewhere

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "core/TRKMap.h"
@@ -136,6 +137,13 @@ TEST(Map, OfStringsIsOrderedAsStringsAre) {
     keys += key.ToChar();
   }
   EXPECT_EQ(keys, "Bab");
+}
+
+TEST(Map, LookupAnswersWithAnIntAndARemovalWithABool) {
+  LongMap map;
+  long value = 0;
+  static_assert(std::is_same_v<decltype(map.Lookup(1, value)), int>);
+  static_assert(std::is_same_v<decltype(map.RemoveKey(1)), bool>);
 }
 
 TEST(Map, IsAnObjectOfTheHost) {

@@ -100,6 +100,11 @@ TEST(String, IsOrderedByCharacterAndThenByLength) {
   EXPECT_FALSE(LKString(L"A") < LKString(L"A"));
 }
 
+TEST(String, OrderingTakesItsLeftOperandByValue) {
+  bool (*const pLess)(LKString, const LKString&) = &operator<;
+  EXPECT_TRUE(pLess(L"A", L"B"));
+}
+
 TEST(String, BufferHoldsWhatWasWrittenUpToItsTerminator) {
   LKString text(L"old");
   std::wcscpy(text.GetBuffer(20), L"written");

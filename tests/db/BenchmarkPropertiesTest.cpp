@@ -66,6 +66,15 @@ TEST(RepBenchmarkProperties, KeepTableAndColumnNumbersAndTheDistribution) {
   EXPECT_EQ(properties.GetColumnDistribution(), CRepBenchmarkProperties::NORMAL_DISTRIBUTION);
 }
 
+TEST(ColumnDefinitions, MadeByTheirClassNameAreNeverChosen) {
+  const std::unique_ptr<wxObject> pObject(wxCreateDynamicObject("ColumnInfo"));
+  const auto* pColumn = dynamic_cast<ColumnInfo*>(pObject.get());
+  ASSERT_NE(pColumn, nullptr);
+  EXPECT_TRUE(pColumn->GetTypeName().IsEmpty());
+  EXPECT_EQ(pColumn->GetWeight(), 0);
+  EXPECT_FALSE(pColumn->GetIsNull());
+}
+
 TEST(ColumnDefinitions, AreMissingUntilTheyAreSet) {
   CRepBenchmarkProperties properties;
   EXPECT_EQ(properties.GetColumnInfo(), nullptr);

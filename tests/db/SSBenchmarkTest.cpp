@@ -37,6 +37,11 @@ TEST(Benchmark, KeepsItsIdentityAndScale) {
   EXPECT_EQ(benchmark.GetBenchmarkScale(), 2.5);
 }
 
+TEST(Benchmark, IsMadeByItsClassName) {
+  const std::unique_ptr<wxObject> pObject(wxCreateDynamicObject("CSSBenchmark"));
+  EXPECT_NE(dynamic_cast<CSSBenchmark*>(pObject.get()), nullptr);
+}
+
 TEST(Benchmark, OfTheBaseClassRegistersNothingAndHasNoPages) {
   CSSBenchmark benchmark;
   CTRKPtrArray pages;

@@ -157,6 +157,14 @@ TEST_F(ResultsFile, InAFolderThatIsNotThereCannotBeOpened) {
   EXPECT_EQ(xact.CloseResultsFile(), 0);
 }
 
+TEST_F(ResultsFile, ThatDoesNotHoldAllItsLinesSaysSoWhenItIsClosed) {
+  std::filesystem::create_symlink("/dev/full", m_folder / "xact_0_user_1.csv");
+  CXact xact;
+  ASSERT_EQ(xact.OpenResultsFile(1), 1);
+  xact.PostExecute();
+  EXPECT_EQ(xact.CloseResultsFile(), 0);
+}
+
 TEST_F(ResultsFile, ThatWasNeverOpenedCannotBeClosed) {
   CXact xact;
   EXPECT_EQ(xact.CloseResultsFile(), 0);

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include "ForeignDriver.h"
+
 namespace {
 
 class UserXact : public CXact {
@@ -73,6 +75,16 @@ TEST(Xact, PassesThroughItsLifecycleWithoutADriver) {
   EXPECT_EQ(xact.PostExecute(), 1);
   EXPECT_EQ(xact.PostIteration(), 1);
   EXPECT_EQ(xact.PostBenchmark(), 1);
+}
+
+TEST(Xact, IsBoundToTheDriverItIsGivenUntilAnotherIsGiven) {
+  scripted::ForeignDriver driver;
+  CXact xact;
+  EXPECT_EQ(xact.GetDriver(), nullptr);
+  xact.SetDriver(&driver);
+  EXPECT_EQ(xact.GetDriver(), &driver);
+  xact.SetDriver(nullptr);
+  EXPECT_EQ(xact.GetDriver(), nullptr);
 }
 
 TEST(Xact, NumbersItsTypesAsTheContractDoes) {

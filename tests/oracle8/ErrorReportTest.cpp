@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "ConnectedDriver.h"
+#include "oracle8/OciError.h"
 
 namespace {
 
@@ -25,6 +26,15 @@ class ErrorReport : public scripted::ConnectedDriver<> {
   }
   int Handle(int status) { return m_driver.HandleError(status, m_driver.GetOCIError(), 0, 0); }
 };
+
+TEST(OciFailure, HasATextForWhoeverKnowsItOnlyAsAnException) {
+  try {
+    oracle8::Check(OCI_ERROR, L"prepare");
+    FAIL();
+  } catch (const std::exception& failure) {
+    EXPECT_STREQ(failure.what(), "OCI call failed");
+  }
+}
 
 TEST_F(ErrorReport, GivesTheNumberInDecimalAndTheTextWithoutItsLineEnd) {
   FailWith(942, "table or view does not exist");
