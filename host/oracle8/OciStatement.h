@@ -29,7 +29,7 @@ class OciStatement {
   ub4 Attribute(ub4 attribute);
 
   const OciSession& m_session;
-  std::string m_text;  // kept: whether a client library copies the text at the prepare is not documented
+  std::string m_text;  // a client library may read it until the last execute and fetch
   Handle<OCIStmt> m_statement;
 };
 
