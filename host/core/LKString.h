@@ -51,7 +51,7 @@ class LKString {
 };
 
 LKString operator+(const LKString& left, const LKString& right);
-// The ordering of string-keyed maps. Takes its left operand by value: part of the contract.
+// The ordering of string-keyed maps. kept: takes its left operand by value, as plug-ins are built against it.
 bool operator<(LKString left, const LKString& right);
 bool operator==(const LKString& left, const LKString& right);
 

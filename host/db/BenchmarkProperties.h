@@ -51,6 +51,7 @@ class CRepBenchmarkProperties {
   int GetTableNumber() const { return m_nTableNumber; }
   int GetMinColumnNumber() const { return m_nMinColumnNumber; }
   int GetMaxColumnNumber() const { return m_nMaxColumnNumber; }
+  // kept: recorded with the tables and otherwise not used, the number of columns is uniform.
   enumDistType GetColumnDistribution() const { return m_eColumnDistribution; }
   ColumnInfoArray* GetColumnInfo() const;  // null when no definitions were set
 
