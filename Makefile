@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test nightly sanitize coverage mutate format
+.PHONY: run test nightly sanitize coverage fuzz mutate format
 run:
 	scripts/install-packages
 	$(configure)
@@ -14,6 +14,9 @@ test:
 	$(configure)
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
+ifeq ($(PRESET),release)
+	scripts/fuzz short
+endif
 # The tests that only gain by numbers, with 100 million draws of every bounded kind instead of a million. Minutes.
 nightly: DRAWS ?= 100000000
 nightly:
@@ -31,6 +34,9 @@ coverage:  # what the tests run, by folder; the limits are in scripts/coverage
 	cmake --build --preset coverage
 	ctest --preset coverage
 	scripts/coverage build/coverage
+fuzz:  # each target for FUZZ_SECONDS (600)
+	scripts/install-packages test
+	scripts/fuzz long
 mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
 	scripts/install-packages check
 	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
