@@ -143,9 +143,13 @@ std::size_t Room(const OutputElement& to) {
   return to.type == SQLT_STR || to.type == SQLT_AVC ? to.size - 1 : to.size;
 }
 
+ub2 Narrow(std::size_t length) {
+  return static_cast<ub2>(std::min<std::size_t>(length, std::numeric_limits<ub2>::max()));
+}
+
 int Report(const OutputElement& to, std::size_t length, bool is_text) {
   const bool cut = is_text && length > Room(to);
-  if (to.length) *to.length = static_cast<ub2>(cut ? Room(to) : length);
+  if (to.length) *to.length = Narrow(cut ? Room(to) : length);
   if (to.indicator) {
     constexpr std::size_t kMost = std::numeric_limits<sb2>::max();
     *to.indicator = static_cast<sb2>(!cut ? 0 : length > kMost ? -2 : static_cast<sb2>(length));

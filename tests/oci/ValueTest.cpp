@@ -260,6 +260,30 @@ TEST_P(Values, CutTextTellsItsLengthAndIsEnded) {
   EXPECT_EQ(length, 3);
 }
 
+// A length has sixteen bits, a text may have more bytes.
+TEST_P(Values, ATextAbove65535BytesComesWholeAndTellsTheLargestLength) {
+  Statement query(client, "SELECT RPAD('a', 70000, 'b') FROM DUAL");
+  std::vector<char> text(100000, '!');
+  sb2 indicator = 7;
+  ub2 length = 0;
+  query.Define(1, text.data(), static_cast<sb4>(text.size()), SQLT_STR, &indicator, &length);
+  ASSERT_EQ(query.Execute(), OCI_SUCCESS) << client.LastReport().text;
+  EXPECT_EQ(std::strlen(text.data()), 70000u);
+  EXPECT_EQ(indicator, 0);
+  EXPECT_EQ(length, 65535);
+}
+
+TEST_P(Values, ACutTextAbove32767BytesTellsNoLength) {
+  Statement query(client, "SELECT RPAD('a', 70000, 'b') FROM DUAL");
+  char text[10];
+  sb2 indicator = 7;
+  query.Define(1, text, sizeof text, SQLT_STR, &indicator);
+  EXPECT_EQ(query.Execute(), OCI_SUCCESS_WITH_INFO);
+  EXPECT_EQ(client.Code(), 1406);
+  EXPECT_EQ(indicator, -2);
+  EXPECT_STREQ(text, "abbbbbbbb");
+}
+
 TEST_P(Values, ACodeTakesTheReportOfACutText) {
   Statement query(client, "SELECT 'abcdef' FROM DUAL");
   char text[4];
