@@ -10,8 +10,7 @@
 namespace ocimaria {
 namespace {
 
-template <class Call>
-sword CreateEnvironment(const Call& call, OCIEnv** result) {
+sword CreateEnvironment(const trace::CallNote* call, OCIEnv** result) {
   return Contained(call, [&]() -> sword {
     if (!result) return OCI_INVALID_HANDLE;
     UseClientLibrary();

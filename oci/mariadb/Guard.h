@@ -16,23 +16,23 @@ namespace ocimaria {
 OraError CurrentException();
 
 // Calls that have no error handle: OCI_INVALID_HANDLE for a wrong handle, OCI_ERROR for anything else.
-template <class Call, class Work>
-sword Contained(const Call& call, Work&& work) noexcept {
-  const auto contained = [&]() noexcept -> sword {
-    try {
-      return work();
-    } catch (const InvalidHandle&) {
-      return OCI_INVALID_HANDLE;
-    } catch (...) {
-      return OCI_ERROR;
-    }
-  };
-  return trace::Active() ? trace::Traced(call, contained) : contained();
+template <class Work>
+sword Contained(const trace::CallNote* call, Work&& work) noexcept {
+  sword status = OCI_ERROR;
+  try {
+    status = std::forward<Work>(work)();
+  } catch (const InvalidHandle&) {
+    status = OCI_INVALID_HANDLE;
+  } catch (...) {
+    status = OCI_ERROR;
+  }
+  if (call) trace::Safely([&] { trace::LeaveCall(*call, status); });
+  return status;
 }
 
 // `work` takes the ErrorHandle and returns a status. An error ORA-01403 is OCI_NO_DATA, any other OCI_ERROR.
-template <class Call, class Work>
-sword Guarded(const Call& call, const void* errhp, Work&& work) noexcept {
+template <class Work>
+sword Guarded(const trace::CallNote* call, const void* errhp, Work&& work) noexcept {
   return Contained(call, [&]() -> sword {
     const auto error = Need<ErrorHandle>(errhp);
     error->Clear();

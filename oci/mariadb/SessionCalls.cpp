@@ -35,8 +35,8 @@ std::vector<std::shared_ptr<Connection>> SessionsOf(void* hndlp) {
   return connection ? std::vector{std::move(connection)} : std::vector<std::shared_ptr<Connection>>{};
 }
 
-template <class Call, class Work>
-sword OnConnection(const Call& call, OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
+template <class Work>
+sword OnConnection(const trace::CallNote* call, OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
   return Guarded(call, errhp, [&](ErrorHandle&) -> sword {
     const auto connection = Need<ServiceHandle>(svchp)->LiveConnection();
     CallScope scope(*connection);

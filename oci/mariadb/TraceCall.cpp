@@ -41,14 +41,17 @@ void AppendArgument(std::string& shown, std::string_view& names, const std::stri
   names.remove_prefix(comma == names.npos ? names.size() : comma + 2);
 }
 
-Clock::time_point EnterCall(const char* name) noexcept {
+CallNote* EnterCall(const char* name, std::string arguments) {
+  thread_local CallNote note;
   ThisThread() = {name, 0};
-  return Clock::now();
+  note = {std::move(arguments), Clock::now()};
+  return &note;
 }
 
-void LeaveCall(Clock::time_point entered, const std::string& arguments, sword status) {
+void LeaveCall(const CallNote& call, sword status) {
   if (On(kCalls))
-    Write("call", ThisThread().call + ("(" + arguments + ") = ") + StatusName(status) + Took(entered));
+    Write("call",
+          ThisThread().call + ("(" + call.arguments + ") = ") + StatusName(status) + Took(call.entered));
   ThisThread() = {};
 }
 

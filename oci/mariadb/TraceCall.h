@@ -8,7 +8,8 @@
 #include <chrono>
 #include <concepts>
 #include <string>
-#include <tuple>
+#include <string_view>
+#include <utility>
 
 #include "oci/mariadb/Trace.h"
 
@@ -27,43 +28,36 @@ std::string Shown(Number number) {
   return std::to_string(number);
 }
 
+using Clock = std::chrono::steady_clock;
+
+// A call in progress, on its thread.
+struct CallNote {
+  std::string arguments;
+  Clock::time_point entered;
+};
+
 // Puts the next name of a list "a, b, c" and a value behind what is there, and takes the name off the list.
 void AppendArgument(std::string& shown, std::string_view& names, const std::string& value);
 
-// The name and the arguments of a call. Made by OCI_CALL; nothing is formatted before Text() is asked for.
-template <class... Arguments>
-struct Call {
-  const char* name;
-  const char* argument_names;
-  std::tuple<Arguments...> arguments;
+CallNote* EnterCall(const char* name, std::string arguments);
+void LeaveCall(const CallNote& call, sword status);
 
-  std::string Text() const {
+// Notes the call that begins. Null when it cannot be noted.
+template <class... Arguments>
+[[gnu::cold, gnu::noinline]] CallNote* NoteCall(const char* name, std::string_view names,
+                                                Arguments... arguments) noexcept {
+  CallNote* note = nullptr;
+  Safely([&] {
     std::string shown;
-    std::string_view names = argument_names;
-    std::apply([&](const auto&... each) { (AppendArgument(shown, names, Shown(each)), ...); }, arguments);
-    return shown;
-  }
-};
-
-template <class... Arguments>
-Call<Arguments...> MakeCall(const char* name, const char* argument_names, Arguments... arguments) {
-  return {name, argument_names, {arguments...}};
+    if (On(kCalls)) (AppendArgument(shown, names, Shown(arguments)), ...);
+    note = EnterCall(name, std::move(shown));
+  });
+  return note;
 }
 
-// The exported function that this stands in, with the arguments that are worth showing.
-#define OCI_CALL(...) ::ocimaria::trace::MakeCall(__func__, #__VA_ARGS__, __VA_ARGS__)
-
-using Clock = std::chrono::steady_clock;
-Clock::time_point EnterCall(const char* name) noexcept;
-void LeaveCall(Clock::time_point entered, const std::string& arguments, sword status);
-
-// Runs `work` as this call while any tracing is on.
-template <class Call, class Work>
-sword Traced(const Call& call, Work&& work) noexcept {
-  const auto entered = EnterCall(call.name);
-  const sword status = work();
-  Safely([&] { LeaveCall(entered, On(kCalls) ? call.Text() : std::string(), status); });
-  return status;
-}
+// The exported function that this stands in, with the arguments that are worth showing. Null, and no argument
+// is looked at, while nothing is traced.
+#define OCI_CALL(...) \
+  (::ocimaria::trace::Active() ? ::ocimaria::trace::NoteCall(__func__, #__VA_ARGS__, __VA_ARGS__) : nullptr)
 
 }  // namespace ocimaria::trace
