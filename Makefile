@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test nightly sanitize coverage fuzz mutate format
+.PHONY: run test nightly sanitize coverage fuzz mutate lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -40,5 +40,8 @@ fuzz:  # each target for FUZZ_SECONDS (600)
 mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
 	scripts/install-packages check
 	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
-format:  # needs the package clang-format, which nothing else does
+lint:  # the format of the sources, and cppcheck; under a minute
+	scripts/install-packages check
+	scripts/lint
+format:  # needs the package clang-format, as lint does
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

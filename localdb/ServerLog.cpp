@@ -24,7 +24,7 @@ std::string LastWords(const std::filesystem::path& log) {
   for (std::string line; std::getline(file, line);) {
     if (line.empty()) continue;
     Keep(lines, line);
-    if (line.find("[ERROR]") != std::string::npos || line.find("ERROR:") == 0) Keep(errors, line);
+    if (line.find("[ERROR]") != std::string::npos || line.starts_with("ERROR:")) Keep(errors, line);
   }
   std::string words;
   for (const std::string& line : errors.empty() ? lines : errors)

@@ -100,7 +100,7 @@ class CXact : public wxObject, public CRestObject {
   virtual int CloseResultsFile();  // 1 when a file was open and holds all that was written to it
   virtual int PreExecute();        // 0 while the start event is still to be signalled
   virtual int PostExecute();       // books the timer's last execution into the results
-  virtual int PreBenchmark();  // 1, likewise the two below: the base has nothing to do
+  virtual int PreBenchmark();      // 1, likewise the two below: the base has nothing to do
   virtual int PostBenchmark();
   virtual int PreIteration();
   virtual int PostIteration() { return 1; }

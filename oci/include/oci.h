@@ -1,4 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+/* Numbers and prototypes stand in columns, to be compared with the guides. */
+/* clang-format off */
 /* The Oracle Call Interface as far as this project calls it: types, numbers and prototypes of the LP64 Linux ABI,
  * restated from Oracle's public OCI guides (bind and define, statement, connection and miscellaneous functions).
  * Handles are opaque; whoever allocates one frees it. A handle may be used by one thread at a time, except that
