@@ -85,6 +85,7 @@ CXact_Create_RepTables::CXact_Create_RepTables() {
 
 CXact_Create_RepTables::~CXact_Create_RepTables() = default;
 
+// kept: alone among all transactions this one shows its text, that of the last table.
 LKString CXact_Create_RepTables::GetExecuteSQL() { return m_szSQL; }
 
 void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
@@ -99,6 +100,7 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
   const int nMinColumnNumber = properties.GetMinColumnNumber();
   const int nMaxColumnNumber = properties.GetMaxColumnNumber();
   const int nTotalColumnNumber = static_cast<int>(m_Random.GetRandom(nMinColumnNumber, nMaxColumnNumber));
+  // kept: reported only; bounds that are exchanged give a number between them all the same.
   REP_ASSERT_AT(nTotalColumnNumber >= nMinColumnNumber && nTotalColumnNumber <= nMaxColumnNumber,
                 "nTotalColumnNumber >= nMinColumnNumber && nTotalColumnNumber <= nMaxColumnNumber",
                 "CREP_CreateObjects_ORA8", 128, "BuildCreationSQL");

@@ -159,6 +159,7 @@ CREP_Refresh_Properties_Table::CREP_Refresh_Properties_Table() {
 CREP_Refresh_Properties_Table::~CREP_Refresh_Properties_Table() = default;
 
 int CREP_Refresh_Properties_Table::Execute() {
+  // kept: two blanks between the statements, likewise the blanks and tabs of the sequence's text.
   m_strSQL.Format(
       L"BEGIN UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '%d' WHERE PROP_NAME = 'Number Of Tables'; "
       L" UPDATE LK_REP_PROPERTIES SET PROP_VALUE = '%d' WHERE PROP_NAME = 'Scale'; END;",

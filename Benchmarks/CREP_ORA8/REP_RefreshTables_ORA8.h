@@ -13,7 +13,8 @@ class COracle8Driver;
 struct OCIStmt;
 
 // Runs statements on a handle of its own, allocated by the first one and kept until PostBenchmark, and cuts
-// one table back to a number of rows.
+// one table back to a number of rows. kept: can be created by its name and run, though it is not registered;
+// and none of the family uses the timer.
 class CREP_Refresh_Base : public CXact {
   wxDECLARE_DYNAMIC_CLASS(CREP_Refresh_Base);
 
