@@ -122,6 +122,7 @@ int CBind<T, SQLT>::SetData(long iRowIndex, void* pValue, int nLen) {
   if (!IsRowPassed(iRowIndex)) return 0;
   if (!HasSlot(iRowIndex)) return 1;
   if (nLen != -1) std::memcpy(m_pData + iRowIndex, pValue, sizeof(T));
+  // kept: the length goes in as the indicator, 8 for a number; the database tells -1 from the rest only
   m_pIndicator[iRowIndex] = static_cast<sb2>(nLen);
   return 1;
 }
@@ -136,6 +137,7 @@ IDataGenerator* CBind<T, SQLT>::KeepGenerator(IDataGenerator* pGenerator) {
 template <class T, int SQLT>
 IDataGenerator* CBind<T, SQLT>::GetDataGenerator() {
   if constexpr (SQLT != SQLT_FLT) {
+    // kept: texts of one byte have no generator; only the bind derived from this one is ever filled
     REP_ASSERT(false, "0");
     return m_pDataGenerator;
   } else {
@@ -166,6 +168,8 @@ int CStrBind<T>::Initialize() {
 
 template <class T>
 int CStrBind<T>::SetData(long iRowIndex, void* pValue, int nLen) {
+  // kept: silently and before the row is looked at, unlike a number's bind; NULL comes with a value pointer
+  // too
   if (pValue == nullptr) return 0;
   REP_ASSERT(iRowIndex >= 0 && iRowIndex < this->m_nMaxRows,
              "iRowIndex >= 0 && iRowIndex < this->m_nMaxRows");

@@ -40,6 +40,7 @@ int CXact_LoadTableBase_ORA8::PreIteration() {
 }
 
 int CXact_LoadTableBase_ORA8::CreateInitialBackup(COracle8Driver* pDriver) {
+  // kept: two blanks behind the full stop
   pDriver->HandleInfoMsg(LKString(L"Backup for table ") + m_szTableName +
                          LKString(L" could not be found.  Recreating backup using normal inserts."));
   if (pDriver->CreateBackupTable(m_szTableName, LKString())) return 1;
@@ -48,7 +49,7 @@ int CXact_LoadTableBase_ORA8::CreateInitialBackup(COracle8Driver* pDriver) {
 }
 
 int CXact_LoadTableBase_ORA8::ChangeFromBackupName(COracle8Driver* pDriver) {
-  pDriver->PrepareRenameFromBackup(m_szTableName);
+  pDriver->PrepareRenameFromBackup(m_szTableName);  // kept: not looked at, a failure shows in the rename
   if (pDriver->ChangeTableName(m_szTableName, 0)) return 1;
   pDriver->HandleErrorMsg(LKString(L"Failed to change from backup name for table ") + m_szTableName);
   return 0;
@@ -68,6 +69,7 @@ int CXact_LoadTableBase_ORA8::ReloadFromBackup() {
   pDriver->HandleInfoMsg(LKString(L"Recreating table ") + m_szTableName + LKString(L" from backup"));
   if (!pDriver->RestoreFromBackup(m_szTableName))
     pDriver->HandleErrorMsg(LKString(L"Failed to restore backup of table ") + m_szTableName);
+  // kept: a success all the same; the host goes on with the next table
   return 1;
 }
 
@@ -85,7 +87,7 @@ void CXact_LoadTableBase_ORA8::CreateTableFromBackup(COracle8Driver* pDriver) {
   pDriver->HandleInfoMsg(LKString(L"Creating table ") + m_szTableName + LKString(L" from backup."));
   if (pDriver->RestoreFromBackup(m_szTableName))
     pDriver->HandleInfoMsg(m_szTableName + LKString(L" created successfully from backup."));
-  else
+  else  // kept: a warning, where a backup that cannot be made is an error and ends the load
     pDriver->HandleWarningMsg(LKString(L"Failed to create table ") + m_szTableName +
                               LKString(L" from backup."));
 }
@@ -112,6 +114,7 @@ int CXact_LoadTable_ORA8::InitializeTables() {
              "m_BenchmarkProperties.GetRepBenchmarkProperties().GetTableNumber()");
   if (nNumberOfTables == 0) return 0;
 
+  // kept: corrected for the names only, the number of tables above is not
   const int nTablesBefore = bStartInside ? nStartTableID : 0;
   int nTableID = DealSet(nNumberOfTables);
   do {
@@ -165,7 +168,7 @@ int CXact_LoadTable_ORA8::PreBenchmark() {
     if (m_szTableName.IsEmpty()) return CXact_LoadTableBase_ORA8::PreBenchmark();
     if (!m_BenchmarkProperties.IsCreateUseBackup() || pDriver->BackupExists(szTable)) continue;
     m_bCreateBackup = TRUE;
-    m_BackupTableMap.SetAt(szTable, 1);
+    m_BackupTableMap.SetAt(szTable, 1);  // kept: never emptied, a copy remembers what was missing once
   }
   return 1;  // kept: the host's own PreBenchmark is reached by way of the base's only
 }
@@ -210,9 +213,10 @@ int CXact_LoadTable_ORA8::LoadTable(COracle8Driver* pDriver, const LKString& szT
   m_szTableName = szTable;
   if (m_BenchmarkProperties.IsCreateUseBackup()) m_szTableName += L"_BAK";
   const RowRange range = GetRowRange(szTable);
+  // kept: read for every table, so that a change of the setting reaches a load that runs
   const int nRowsPerCommit = GetRowsPerCommit(kDefaultRowsPerCommit, kMaxRowsPerCommit);
   if (range.nCount < 1) {
-    m_nRowsProcessed += range.nStartRows / m_nNumberOfSets;
+    m_nRowsProcessed += range.nStartRows / m_nNumberOfSets;  // kept: counted only where nothing is loaded
     m_nLastReadTime = m_Timer.Read();
     return 1;
   }
@@ -253,7 +257,7 @@ int CXact_LoadTable_ORA8::InsertRows(COracle8Driver* pDriver, CTableLoader& load
     loader.MakeRecord(range.nFirst + k);
     if (!loader.NeedSendRows(++nFilled)) continue;
     if (!SendBatch(loader, nFilled)) return 0;
-    m_nRowsProcessed += nFilled;
+    m_nRowsProcessed += nFilled;  // kept: not set back by an execution, a second one counts on
     m_nLastReadTime = m_Timer.Read();
     nFilled = 0;
   }
@@ -271,9 +275,10 @@ int CXact_LoadTable_ORA8::PostBenchmark() {
   COracle8Driver* pDriver = AsOracleDriver(m_pDriver);
   if (pDriver == nullptr) return 0;
   if (!m_BenchmarkProperties.IsCreateUseBackup() || !IsLastSet()) return 1;
+  // kept: also after a load that failed; the tables then have the rows that were sent
   for (const LKString& szTable : m_TableArray) {
     if (CancelXact()) {
-      DropAllBackupTables();
+      DropAllBackupTables();  // kept: of all tables, also backups that an earlier load made
       return 1;
     }
     m_szTableName = szTable;

@@ -27,8 +27,8 @@ class CXact_LoadTableBase_ORA8 : public CXact {
   int PostBenchmark() override;
   int PreIteration() override;
 
-  // "RowsPerCommit" of section "Settings"; a value above the maximum becomes the maximum, below 1 the
-  // default.
+  // "RowsPerCommit" of section "Settings". kept: a value above the maximum becomes the maximum, one below 1
+  // the default.
   int GetRowsPerCommit(int nDefaultRowsPerCommit, int nMaxRowsPerCommit) {
     const long nRows = LKGetConfig()->GetProfileInt(L"Settings", L"RowsPerCommit", nDefaultRowsPerCommit);
     if (nRows > nMaxRowsPerCommit) return nMaxRowsPerCommit;

@@ -45,7 +45,7 @@ int CColumn::Initialize() {
   if (!ReadAttribute(pParam, &m_nDataType, nullptr, OCI_ATTR_DATA_TYPE)) return 0;
   if (!ReadAttribute(pParam, &m_nSize, nullptr, OCI_ATTR_DATA_SIZE)) return 0;
   if (!ReadAttribute(pParam, &m_nNullable, nullptr, OCI_ATTR_IS_NULL)) return 0;
-  if (m_nDataType != SQLT_NUM) return 1;
+  if (m_nDataType != SQLT_NUM) return 1;  // kept: other numbers have precision and scale 0
   if (!ReadAttribute(pParam, &m_nPrecision, nullptr, OCI_ATTR_PRECISION)) return 0;
   return ReadAttribute(pParam, &m_nScale, nullptr, OCI_ATTR_SCALE);
 }
@@ -54,7 +54,7 @@ IBind* CColumn::CreateBind(unsigned int nMaxRows) {
   switch (m_nDataType) {
     case SQLT_NUM:
     case SQLT_INT:
-    case SQLT_LNG:
+    case SQLT_LNG:  // kept: LONG is bound as a number, and updates count on it
       return InitializeBind(new CBind<double, SQLT_FLT>(this, nMaxRows));
     case SQLT_CHR:
     case SQLT_AFC:

@@ -56,7 +56,9 @@ double CNumberGenerator::MakeDecimal() {
     const bool bExact = nMaxPrecision >= 1 && nMaxPrecision <= 15;
     return m_pRandGen->UnifReal(0.0, bExact ? PowerOfTen(nMaxPrecision) - 1 : kMaxInt);
   }
+  // kept: no draw for these. A negative scale that arrives as a byte without sign (254) ends up here.
   if (m_nPercision > 10 || m_nScale > 10) return 0.0;
+  // kept: 10 to the scale plus one, so values stay below a tenth of what the column holds
   const double fPValue = PowerOfTen(m_nPercision);
   const double fSValue = PowerOfTen(m_nScale + 1);
   return m_pRandGen->UnifReal(0.0, (fPValue - 1) / fSValue);
@@ -65,7 +67,7 @@ double CNumberGenerator::MakeDecimal() {
 void* CNumberGenerator::GenerateData(int* poutLen) {
   REP_ASSERT_AT(poutLen != nullptr, "poutLen != __null", "DataGenerator", 75, "GenerateData");
   REP_ASSERT_AT(m_pRandGen != nullptr, "m_pRandGen != __null", "DataGenerator", 76, "GenerateData");
-  if (NeedNull()) return Report(&m_fValue, -1, poutLen);
+  if (NeedNull()) return Report(&m_fValue, -1, poutLen);  // kept: updates write the value before for it
   switch (GetTypeCode()) {
     case eReal:
       m_fValue = m_pRandGen->UnifReal(1.0, 9999.99);
@@ -99,14 +101,14 @@ int CStrGenerator::AllocStr() {
 
 void* CStrGenerator::GenerateData(int* poutLen) {
   REP_ASSERT_AT(m_lpValue != nullptr, "m_lpValue != __null", "DataGenerator", 168, "GenerateData");
-  const bool bNull = NeedNull();
+  const bool bNull = NeedNull();  // kept: drawn before the buffer is looked for, so that streams do not shift
   if (m_lpValue == nullptr) return Report(nullptr, -1, poutLen);
   std::memset(m_lpValue, 0, static_cast<size_t>(m_nMaxLength));
   if (bNull) return Report(m_lpValue, -1, poutLen);
   std::string strText;
   int nLen = m_pRandGen->MakeAlphaString(1, m_nMaxLength - 1, strText);
   REP_ASSERT_AT(nLen < m_nMaxLength, "nLen < m_nMaxLength", "DataGenerator", 179, "GenerateData");
-  nLen = std::min(nLen, m_nMaxLength - 1);
+  nLen = std::min(nLen, m_nMaxLength - 1);  // kept: for size 0, where a letter is asked for and none reported
   std::memcpy(m_lpValue, strText.data(), std::min(strText.size(), static_cast<size_t>(m_nMaxLength)));
   return Report(m_lpValue, nLen, poutLen);
 }

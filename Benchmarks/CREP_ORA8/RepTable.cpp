@@ -18,6 +18,7 @@ int CRepTable::Describe() {
   LKString strSQL;
   strSQL.Format(L"SELECT * FROM %s", m_strName);
   sword nStatus = PrepareText(m_pStmt, pError, strSQL.ToChar());
+  // kept: the words of these reports, which logs are searched for
   if (IsFailure(nStatus))
     return m_pDriver->HandleError(nStatus, pError, L"Unable Prepare statement while Initialize.", 0, 0);
   nStatus = OCIStmtExecute(m_pDriver->GetOCIServerContext(), m_pStmt, pError, 0, 0, nullptr, nullptr,
@@ -31,6 +32,7 @@ int CRepTable::Initialize() {
   REP_ASSERT(m_pDriver != nullptr, "m_pDriver != __null");
   if (m_pDriver == nullptr) return 0;
   if (IsFailure(AllocStatement(m_pDriver, &m_pStmt))) {
+    // kept: a plain message, without the status that the other failures pass on
     m_pDriver->HandleErrorMsg(L"Unable allocate statement handle!");
     return 0;
   }
@@ -40,7 +42,7 @@ int CRepTable::Initialize() {
     return 0;
   }
   if (m_Columns.Initialize(m_pStmt, m_pDriver->GetOCIError())) return 1;
-  // kept: the described statement stays, as it does after a success
+  // kept: the described statement stays, as it does after a success, and the status is -1 whatever failed
   m_pDriver->HandleError(-1, m_pDriver->GetOCIError(), L"Unable to initialize columns", 0, 0);
   return 0;
 }

@@ -59,7 +59,7 @@ LKString CTableLoader::BuildSQL() {
     bFirst = false;
     strColumns += pColumn->GetName();
     LKString strValue = LKString(L":") + pColumn->GetName();
-    if (pColumn->IsDateColumn())
+    if (pColumn->IsDateColumn())  // kept: slashes, as the generator writes them; an update's mask has dashes
       strValue.Format(L"TO_DATE(:%s, 'YYYY/MM/DD HH24:MI:SS')", pColumn->GetName());
     strValues += strValue;
   }
@@ -79,6 +79,7 @@ int CTableLoader::BindColumns() {
   const LKString strSQL = BuildSQL();
   m_pInsertStmt = CreateStatment();
   if (m_pInsertStmt == nullptr) return 0;
+  // kept: no report from here on, the caller gives the table up
   OCIError* pError = m_pDriver->GetOCIError();
   if (IsFailure(PrepareText(m_pInsertStmt, pError, strSQL.ToChar()))) return 0;
   for (IBind* pBind : m_BindArray)
@@ -97,6 +98,7 @@ int CTableLoader::MakeRecord(long nRow) {
     void* pValue = pGenerator->GenerateData(&nLen);
     pBind->SetData(m_nRowIndex, pValue, nLen);
   }
+  // kept: the first column is the key and takes the row number; its generator is not asked
   double fID = static_cast<double>(nRow);
   if (!m_BindArray.IsEmpty()) m_BindArray[0]->SetData(m_nRowIndex, &fID, sizeof fID);
   return 1;
@@ -112,7 +114,7 @@ int CTableLoader::SendRows(int nRows) {
                                        static_cast<ub4>(nRows), 0, nullptr, nullptr, m_nCommitMode);
   if (IsFailure(nStatus)) {
     m_pDriver->HandleError(nStatus, pError, 0, 0);
-    return 0;
+    return 0;  // kept: the rows stay counted; a load gives its loader up here
   }
   m_nNumberOfRows = 0;
   return 1;

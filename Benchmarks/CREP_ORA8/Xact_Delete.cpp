@@ -32,7 +32,7 @@ int CXact_Delete::PreBenchmark() {
   if (pDriver == nullptr) return 0;
   if (!EnsureStatement(pDriver, &m_pDeleteStmt, L"Unable statement handle in Delete Transaction!")) return 0;
   m_Random.Seed(m_nUserID + kSeedOffset);
-  return 1;
+  return 1;  // kept: the host's own PreBenchmark is not called
 }
 
 int CXact_Delete::PreIteration() { return CXact::PreIteration(); }
@@ -40,7 +40,7 @@ int CXact_Delete::PreIteration() { return CXact::PreIteration(); }
 void CXact_Delete::ChooseRow() {
   CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   m_bInsertedRow = pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID) ? TRUE : FALSE;
-  if (m_bInsertedRow) return;
+  if (m_bInsertedRow) return;  // kept: without a draw, unlike an update
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
   m_nRowID = m_Random.GetRandomInt(1, LastRandomRow(m_BenchmarkProperties.GetScale()));
 }
@@ -60,6 +60,7 @@ int CXact_Delete::Execute() {
   if (pDriver == nullptr) return 0;
   m_Timer.SetStartTime();
   ub4 nRows = 0;
+  // kept: nothing to do for a benchmark of another kind is a success
   if (CREP_ORA8::From(m_pBenchmark) != nullptr && !RunDelete(pDriver, nRows)) return 0;
   m_Timer.SetEndTime(nRows, 0);
   return 1;

@@ -18,6 +18,7 @@ namespace {
 constexpr int kXactID = 131;  // kept: hosts know the transaction by this number
 constexpr int kSeedOffset = 1;
 
+// kept: 0 is no ID either, though a sequence could give it; below -1 it is one.
 bool IsNoID(__int64 nRowID) { return static_cast<unsigned long>(nRowID) + 1 <= 1; }  // -1 or 0
 
 }  // namespace
@@ -38,7 +39,7 @@ int CXact_Insert::PreBenchmark() {
   if (!EnsureStatement(pDriver, &m_pStmt, L"Unable statement handle in Insert Transaction!")) return 0;
   if (!PrepareSequenceQuery(pDriver)) return -1;  // kept: not 0 as after a failed allocation
   m_Random.Seed(m_nUserID + kSeedOffset);
-  return 1;
+  return 1;  // kept: the host's own PreBenchmark is not called
 }
 
 int CXact_Insert::PrepareSequenceQuery(COracle8Driver* pDriver) {
@@ -67,7 +68,7 @@ __int64 CXact_Insert::GenerateNextID() {
                          0);
     return -1;
   }
-  return static_cast<__int64>(m_fNextID);
+  return static_cast<__int64>(m_fNextID);  // kept: the indicator is not examined, a fraction is cut off
 }
 
 int CXact_Insert::Execute() {
@@ -83,6 +84,7 @@ int CXact_Insert::Execute() {
 
 int CXact_Insert::InsertRow(COracle8Driver* pDriver, int nTableID, const LKString& strTableName) {
   CRepTable table(pDriver, strTableName);
+  // kept: described anew for each row, before the timer starts; an update's describe is timed
   if (!table.Initialize()) {
     pDriver->HandleErrorMsg(L"Unable to retrieve table information in Insert Transaction", 0);
     return 0;
@@ -98,7 +100,7 @@ int CXact_Insert::InsertRow(COracle8Driver* pDriver, int nTableID, const LKStrin
     pLoader.release();  // kept: the loader is not freed on this path
     return 0;
   }
-  pLoader->m_nCommitMode = OCI_DEFAULT;
+  pLoader->m_nCommitMode = OCI_DEFAULT;  // the host commits
   pLoader->MakeRecord(nRowID);
   const int nSent = pLoader->SendRows(1);
   m_Timer.SetEndTime(nSent, 0);

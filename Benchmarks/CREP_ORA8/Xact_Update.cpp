@@ -37,7 +37,7 @@ int CXact_Update::PreBenchmark() {
   if (pDriver == nullptr) return 0;
   if (!EnsureStatement(pDriver, &m_pUpdateStmt, L"Unable statement handle in Update Transaction!")) return 0;
   m_Random.Seed(m_nUserID + kSeedOffset);
-  return 1;
+  return 1;  // kept: the host's own PreBenchmark is not called
 }
 
 int CXact_Update::PreIteration() { return CXact::PreIteration(); }
@@ -46,7 +46,7 @@ void CXact_Update::ChooseRow() {
   const int nPercent = m_Random.GetRandomInt(1, 100);  // kept: drawn also when no row is recorded
   CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   if (nPercent > kRandomRowPercent && pBenchmark != nullptr && pBenchmark->TakeFirstRow(m_nTableID, m_nRowID))
-    return;
+    return;  // kept: the row stays recorded, so it is updated until a delete takes it
   m_nTableID = m_Random.GetRandomInt(1, m_nNumberOfTables);
   m_nRowID = m_Random.GetRandomInt(1, LastRandomRow(m_BenchmarkProperties.GetScale()));
 }
@@ -65,6 +65,7 @@ void CXact_Update::BuildSQL() {
     pDriver->HandleErrorMsg(L"Unable to retrieve table information in Update Transaction", 0);
     return;
   }
+  // kept: the insert is prepared and bound, though only the values of the loader's generators are used
   const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
   if (!pLoader || !pLoader->BindColumns()) return;
   pLoader->MakeRecord(m_nRowID);
@@ -76,7 +77,7 @@ LKString CXact_Update::BuildSetList(CRepTable& table, CTableLoader& loader) {
   LKString sz_ColStr;
   for (int nColumnIndex = 0; nColumnIndex < static_cast<int>(table.GetColumnCount()); ++nColumnIndex) {
     CColumn* pColumn = table.GetColumns()[nColumnIndex];
-    IBind* pBind = loader.GetBindArray()[nColumnIndex];  // throws past the end
+    IBind* pBind = loader.GetBindArray()[nColumnIndex];  // kept: throws past the end
     if (pColumn == nullptr || pBind == nullptr) continue;
     sz_ColStr += BuildFragment(*pColumn, *pBind, nColumnIndex);
   }
@@ -94,6 +95,7 @@ LKString CXact_Update::BuildFragment(CColumn& column, IBind& bind, int nColumnIn
 }
 
 LKString CXact_Update::BuildAssignment(const CColumn& column, IDataGenerator& generator, int nColumnIndex) {
+  // kept: a NULL is written as what the generator holds then: an empty text or date, or the number before
   LKString szTemplate;
   LKString szFragment;
   szTemplate.Format(L"COLUMN%d", nColumnIndex);  // kept: the column's index, not its stored name
@@ -127,6 +129,7 @@ int CXact_Update::Execute() {
   if (pDriver == nullptr) return 0;
   m_Timer.SetStartTime();
   ub4 nEffectRows = 0;
+  // kept: nothing to do for a benchmark of another kind is a success
   if (CREP_ORA8::From(m_pBenchmark) != nullptr && !RunUpdate(pDriver, nEffectRows)) return 0;
   m_Timer.SetEndTime(nEffectRows, 0);
   return 1;
