@@ -94,6 +94,8 @@ constexpr std::array kParameters{
               [](ConnectTarget& t, TlsWishes&, std::string v) {
                 t.connect_timeout = Number(v, "connect-timeout", 1, 3600);
               }},
+    Parameter{"link-timeout", [](ConnectTarget& t, TlsWishes&,
+                                 std::string v) { t.link_timeout = Number(v, "link-timeout", 1, 3600); }},
     Parameter{"socket", [](ConnectTarget& t, TlsWishes&, std::string v) { t.socket = std::move(v); }},
     Parameter{"ssl-ca", [](ConnectTarget& t, TlsWishes&, std::string v) { t.ssl_ca = std::move(v); }},
     Parameter{"ssl-cert", [](ConnectTarget& t, TlsWishes&, std::string v) { t.ssl_cert = std::move(v); }},

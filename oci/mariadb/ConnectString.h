@@ -13,7 +13,10 @@
 //   ssl-ca=FILE            certificate authority; the server's certificate is then verified
 //   ssl-cert=FILE, ssl-key=FILE   the client's own certificate
 //   ssl-verify=0|1         whether the server's certificate and host name are verified; default: 1 with
-//   ssl-ca connect-timeout=SECONDS       1 to 3600; default 10
+//                          ssl-ca
+//   connect-timeout=SECONDS   how long a step of connecting may take: 1 to 3600; default 10
+//   link-timeout=SECONDS   after how long without a sign of life from the other end of a TCP connection it
+//                          counts as lost: 1 to 3600; default 60. A statement may run longer than that
 //
 // Where TLS is required a connection that the server answers in plain text is refused. User and password come
 // from the session handle, never from here. Pure functions, any thread.
@@ -33,6 +36,7 @@ struct ConnectTarget {
   bool verify_certificate = false;
   std::string ssl_ca, ssl_cert, ssl_key;
   unsigned connect_timeout = 10;  // seconds
+  unsigned link_timeout = 60;     // seconds
 
   std::string ServerName() const;  // "host:port" or "socket PATH": for messages and as a key
 };

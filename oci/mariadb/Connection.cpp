@@ -5,6 +5,7 @@
 #include <mysqld_error.h>
 
 #include "oci/mariadb/Library.h"
+#include "oci/mariadb/LinkWatch.h"
 #include "oci/mariadb/ServerFailure.h"
 #include "oci/mariadb/TraceEvents.h"
 #include "oci/mariadb/sql/SessionSettings.h"
@@ -55,7 +56,7 @@ Connection::~Connection() { Close(); }
 void Connection::SetOptions(Purpose purpose) {
   const unsigned protocol = m_target.host.empty() ? MYSQL_PROTOCOL_SOCKET : MYSQL_PROTOCOL_TCP;
   mysql_options(m_mysql, MYSQL_OPT_PROTOCOL, &protocol);
-  mysql_options(m_mysql, MYSQL_OPT_CONNECT_TIMEOUT, &m_target.connect_timeout);
+  LimitLogIn(m_mysql, m_target.connect_timeout);
   mysql_options(m_mysql, MYSQL_SET_CHARSET_NAME, "utf8mb4");
   if (purpose == Purpose::kControl) mysql_options(m_mysql, MYSQL_OPT_READ_TIMEOUT, &kControlTimeout);
   const unsigned no_local_files = 0;
@@ -86,7 +87,10 @@ void Connection::Open(Purpose purpose) {
                                         " offers no TLS and a connection in plain text is refused)");
   m_id = mysql_thread_id(m_mysql);
   TraceOpened(purpose);
-  if (purpose == Purpose::kSession) Run(std::string("SET ") + sql::kSessionSettings + kTransactionSettings);
+  if (purpose == Purpose::kSession) {
+    Run(std::string("SET ") + sql::kSessionSettings + kTransactionSettings);
+    WatchLink(m_mysql, m_target.link_timeout);
+  }
   m_established = true;
 }
 

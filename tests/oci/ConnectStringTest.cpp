@@ -84,8 +84,11 @@ TEST(ConnectString, AnAuthorityMeansVerificationUnlessItIsTurnedOff) {
   EXPECT_FALSE(ParseConnectString("//h/s").verify_certificate);
 }
 
-TEST(ConnectString, TheTimeoutIsTaken) {
+TEST(ConnectString, TheTimeoutsAreTaken) {
+  EXPECT_EQ(ParseConnectString("//h/s").connect_timeout, 10u);
   EXPECT_EQ(ParseConnectString("//h/s?connect-timeout=3").connect_timeout, 3u);
+  EXPECT_EQ(ParseConnectString("//h/s").link_timeout, 60u);
+  EXPECT_EQ(ParseConnectString("//h/s?link-timeout=7").link_timeout, 7u);
 }
 
 // An error text may end in a log; a password that was put into the connect string must not.
@@ -122,6 +125,7 @@ TEST(ConnectString, EveryProblemIsNamed) {
   EXPECT_THAT(Problem("//h/s?ssl-cert=/x"), HasSubstr("go together"));
   EXPECT_THAT(Problem("//h/s?ssl-verify=yes"), HasSubstr("must be 0 or 1"));
   EXPECT_THAT(Problem("//h/s?connect-timeout=0"), HasSubstr("from 1 to 3600"));
+  EXPECT_THAT(Problem("//h/s?link-timeout=3601"), HasSubstr("link-timeout is \"3601\"; it must be a number"));
   EXPECT_THAT(Problem("//h/s%4"), HasSubstr("hexadecimal"));
   EXPECT_THAT(Problem("//h/s%zz"), HasSubstr("hexadecimal"));
   EXPECT_THAT(Problem("//h/s%00"), HasSubstr("control character"));

@@ -139,6 +139,20 @@ OraError SequenceRunOut(Message message, const ErrorContext&) {
   return OraError(8004, {UpperCase(LastName(Quoted(message, 0)))});
 }
 
+// The client library tells a connection that came too late by the system's error number alone.
+bool CameTooLate(Message message) {
+  constexpr Message kTimedOut[] = {"(110)", "system error: 110"};
+  return std::ranges::any_of(kTimedOut, [&](Message each) { return message.find(each) != message.npos; });
+}
+
+OraError NoListener(Message message, const ErrorContext&) {
+  return OraError(CameTooLate(message) ? 12170 : 12541);
+}
+
+OraError LostLink(Message message, const ErrorContext& context) {
+  return OraError(context.connecting && CameTooLate(message) ? 12170 : 3113);
+}
+
 OraError UnknownSchema(Message, const ErrorContext& context) {
   return OraError(context.connecting ? 12514 : 1435);
 }
@@ -280,11 +294,11 @@ constexpr auto kMappings = std::to_array<Mapping>({
     {1836, 16000},
     {1927, 28},
     {1969, 1013},
-    {2002, 12541},
-    {2003, 12541},
+    {2002, 0, NoListener},
+    {2003, 0, NoListener},
     {2005, 12545},
     {2006, 3114},
-    {2013, 3113},
+    {2013, 0, LostLink},
     {2026, 29024},
     {2055, 3113},
     {2059, 28040},

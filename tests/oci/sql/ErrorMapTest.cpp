@@ -147,6 +147,17 @@ TEST(ErrorMap, KnowsTheErrorsOfAConnection) {
   EXPECT_EQ(CodeOf(1317, "Query execution was interrupted"), 1013);
 }
 
+TEST(ErrorMap, TellsAConnectionThatTakesTooLongFromOneThatIsRefused) {
+  constexpr ErrorContext kConnecting{.connecting = true};
+  EXPECT_EQ(CodeOf(2002, "Can't connect to server on 'h' (110)", kConnecting), 12170);
+  EXPECT_EQ(CodeOf(2013,
+                   "Lost connection to server at 'handshake: reading initial communication packet', system "
+                   "error: 110",
+                   kConnecting),
+            12170);
+  EXPECT_EQ(CodeOf(2013, "Lost connection to server during query, system error: 110"), 3113);
+}
+
 TEST(ErrorMap, SaysHowMuchMemoryWasWanted) {
   EXPECT_EQ(MapServerError(1037, "Out of memory; restart server and try again (needed 64 bytes)").Text(),
             "unable to allocate 64 bytes of shared memory");
