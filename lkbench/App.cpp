@@ -40,6 +40,8 @@ class Database {
     m_connect.password = ReadPassword(job.password);
   }
   const ConnectData& Connect() const { return m_connect; }
+  // What is likely behind a failure, when something is known of it.
+  std::string LikelyReason() const { return m_local ? m_local->SpaceProblem() : std::string(); }
   std::string Note() const {
     if (!m_local) return {};
     return m_local->Started() ? " (private server, started)" : " (private server, joined)";
@@ -126,6 +128,8 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
     return kDone;
   }
   const int code = RunVerb(bench, verb);
+  if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
+    console.Problem(reason);
   PrintSummary(bench);
   if (!job.json.empty()) WriteJson(job.json, JsonText(bench, verb, database.Connect().shown, code));
   return code;

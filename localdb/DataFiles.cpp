@@ -11,6 +11,7 @@
 #include "localdb/Programs.h"
 #include "localdb/ServerCommand.h"
 #include "localdb/ServerLog.h"
+#include "localdb/Space.h"
 
 namespace localdb {
 
@@ -43,6 +44,13 @@ std::string OwnScript() {
          schema + ".* TO ''@localhost;\n";
 }
 
+// A full disk is told as that, not by what it makes fail.
+[[noreturn]] void FailToCreate(const Folder& folder) {
+  const std::string space = SpaceProblem(folder.Path(), kSpaceToCreate);
+  throw LocalServerError("the data of the local database '" + folder.Path().string() +
+                         "' could not be made: " + (space.empty() ? LastWords(folder.CreateLog()) : space));
+}
+
 void WriteScript(const Folder& folder) {
   const fs::path scripts = FindScripts(FindServer());
   OpenFile(folder.CreateScript(), O_WRONLY | O_CREAT | O_TRUNC);  // readable to us whatever the umask
@@ -55,7 +63,7 @@ void WriteScript(const Folder& folder) {
   }
   all << OwnScript();
   all.close();
-  if (!all) throw LocalServerError("cannot write '" + folder.CreateScript().string() + "'");
+  if (!all) FailToCreate(folder);
 }
 
 struct CreateJob {
@@ -100,9 +108,7 @@ void CreateData(const Folder& folder, const Fd& start_lock, const Deadline& dead
   const CommandLine program = CreateCommand(folder);
   const Fd input = OpenFile(folder.CreateScript(), O_RDONLY);
   const Fd output = OpenFile(folder.CreateLog(), O_WRONLY | O_CREAT | O_TRUNC);
-  if (Run({program, input, output, start_lock}, deadline) != 0)
-    throw LocalServerError("the data of the local database '" + folder.Path().string() +
-                           "' could not be made: " + LastWords(folder.CreateLog()));
+  if (Run({program, input, output, start_lock}, deadline) != 0) FailToCreate(folder);
   std::error_code failure;
   fs::rename(folder.NewData(), folder.Data(), failure);
   if (failure)

@@ -13,6 +13,7 @@
 #include "localdb/Deadline.h"
 #include "localdb/Fd.h"
 #include "localdb/Folder.h"
+#include "localdb/Space.h"
 #include "localdb/StartLock.h"
 #include "localdb/StartServer.h"
 
@@ -143,6 +144,9 @@ std::string LocalServer::ConnectString() const {
 std::string LocalServer::User() const { return kAccount; }
 std::string LocalServer::Password() const { return ""; }
 int LocalServer::ServerPid() const { return m_state->server; }
+std::string LocalServer::SpaceProblem() const {
+  return localdb::SpaceProblem(m_state->folder.Path(), kSpaceToRun);
+}
 bool LocalServer::Started() const { return m_state->started; }
 
 }  // namespace localdb

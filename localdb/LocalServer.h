@@ -42,6 +42,7 @@ class LocalServer {
   std::string User() const;           // the account and schema that the benchmark works in
   std::string Password() const;       // empty: the socket is in a folder that only its owner may enter
   int ServerPid() const;              // of mariadbd, for tests and messages
+  std::string SpaceProblem() const;   // says so when the disk is full, or nearly; empty otherwise
   bool Started() const;               // this object started it (false: joined a running one)
 
  private:

@@ -16,6 +16,7 @@
 #include "localdb/Keeper.h"
 #include "localdb/ServerCommand.h"
 #include "localdb/ServerLog.h"
+#include "localdb/Space.h"
 
 namespace localdb {
 
@@ -64,9 +65,10 @@ pid_t WaitForAnswer(const Folder& folder, const Fd& reports, pid_t keeper, const
   });
   if (server) return *server;
   if (decided) waitpid(keeper, nullptr, 0);  // it has nothing left to keep
-  throw LocalServerError(InFolder(folder) +
-                         (decided ? HowItEnded(*report) : "did not answer within " + deadline.Text()) +
-                         "; '" + folder.Log().string() + "' ends: " + LastWords(folder.Log()));
+  const std::string space = SpaceProblem(folder.Path(), kSpaceToRun);
+  throw LocalServerError(
+      InFolder(folder) + (decided ? HowItEnded(*report) : "did not answer within " + deadline.Text()) + "; " +
+      (space.empty() ? "'" + folder.Log().string() + "' ends: " + LastWords(folder.Log()) : space));
 }
 
 }  // namespace

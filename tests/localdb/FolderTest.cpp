@@ -11,6 +11,7 @@
 
 #include "TemporaryFolder.h"
 #include "localdb/LocalServer.h"
+#include "localdb/Space.h"
 
 using localdb::Folder;
 using localdb::LocalServerError;
@@ -135,4 +136,11 @@ TEST_F(LocalFolder, IsNotCreatedWhenItsPathIsTooLong) {
 TEST_F(LocalFolder, IsNamedInFullWithoutATrailingSlash) {
   EXPECT_EQ(Folder("/a/b/../c/").Path(), "/a/c");
   EXPECT_EQ(Folder("db").Path(), fs::current_path() / "db");
+}
+
+TEST_F(LocalFolder, SaysHowMuchSpaceIsLeftOnlyWhenThatIsTooLittle) {
+  EXPECT_EQ(localdb::SpaceProblem(Path(""), 0), "");
+  const std::string problem = localdb::SpaceProblem(Path(""), UINTMAX_MAX);
+  EXPECT_THAT(problem, AllOf(HasSubstr("the disk of '" + Path("").string() + "' has only "),
+                             HasSubstr(" MB of space left: make some")));
 }
