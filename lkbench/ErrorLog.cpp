@@ -2,38 +2,50 @@
 #include "lkbench/ErrorLog.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 
 #include "lkbench/Text.h"
 
 namespace lkbench {
 namespace {
 
+constexpr const char* kLossNumber = "3113";
+
 const char* LevelName(eErrorLevel level) { return level == WARNING_LEVEL ? "warning: " : "error: "; }
 
 }  // namespace
 
 void ErrorLog::Report(eErrorLevel level, const std::string& number, const std::string& text) {
-  if (level == INFO_LEVEL) {
+  if (level == INFO_LEVEL)
     m_console.Progress(text);
-    return;
-  }
+  else if (!Count({level, number, text, 1}))
+    m_console.Problem(LevelName(level) + text);
+}
+
+void ErrorLog::ReportLoss(const std::string& text) {
   {
     const std::lock_guard lock(m_mutex);
-    ++m_problems;
-    m_last = text;
-    const auto known = std::ranges::find_if(m_lines, [&](const ProblemLine& line) {
-      return line.level == level && line.number == number && line.text == text;
-    });
-    const bool is_full = known == m_lines.end() && m_lines.size() == kMostLines;
-    if (is_full || known != m_lines.end()) {
-      ++(is_full ? m_lines.back() : *known).count;
-      return;
-    }
-    const bool is_last = m_lines.size() == kMostLines - 1;
-    m_lines.push_back(is_last ? ProblemLine{level, "0", "other problems", 1}
-                              : ProblemLine{level, number, text, 1});
+    if (m_loss.empty()) m_loss = text;
   }
-  m_console.Problem(LevelName(level) + text);
+  Report(ERROR_LEVEL, kLossNumber, m_loss);
+}
+
+bool ErrorLog::Count(const ProblemLine& line) {
+  const std::lock_guard lock(m_mutex);
+  ++m_problems;
+  m_last = line.text;
+  const auto known = std::ranges::find_if(m_lines, [&](const ProblemLine& each) {
+    return each.level == line.level && each.number == line.number && each.text == line.text;
+  });
+  const bool is_full = known == m_lines.end() && m_lines.size() == kMostLines;
+  if (is_full || known != m_lines.end()) {
+    ++(is_full ? m_lines.back() : *known).count;
+    return true;
+  }
+  const bool is_last = m_lines.size() == kMostLines - 1;
+  m_lines.push_back(is_last ? ProblemLine{line.level, "0", "other problems", 1} : line);
+  return false;
 }
 
 std::vector<ProblemLine> ErrorLog::Lines() const {
@@ -51,13 +63,35 @@ std::string ErrorLog::Last() const {
   return m_last;
 }
 
+bool IsSessionLoss(long code) {
+  // Session killed, not logged on, shutdown, end of file on the channel, not connected, lost contact, TNS.
+  static constexpr std::array kLost = {28L,   1012L,  1089L,  3113L,  3114L,
+                                       3135L, 12537L, 12541L, 12547L, 12571L};
+  return std::ranges::find(kLost, code) != kLost.end();
+}
+
+std::string DatabaseText(const std::string& text) {
+  const size_t begin = text.find("ORA-");
+  return begin == std::string::npos ? text : text.substr(begin);
+}
+
 int UserErrors::HandleError(CError* error) {
   const std::string text = OneLine(error->m_szErrorMessage.ToChar());
-  if (m_caught != nullptr && error->m_eErrorLevel != INFO_LEVEL)
+  const std::string number = error->m_szErrorNumber.ToChar();
+  if (error->m_eErrorLevel == INFO_LEVEL)
+    m_log.Report(INFO_LEVEL, number, text);
+  else if (m_caught != nullptr)
     m_caught->m_text += (m_caught->m_text.empty() ? "" : "; ") + text;
-  else
-    m_log.Report(error->m_eErrorLevel, error->m_szErrorNumber.ToChar(), text);
+  else if (IsSessionLoss(std::atol(number.c_str())))
+    NoteLoss(text);
+  else if (!m_lost)
+    m_log.Report(error->m_eErrorLevel, number, text);
   return CErrorHandler::HandleError(error);
+}
+
+void UserErrors::NoteLoss(const std::string& text) {
+  if (!m_lost) m_log.ReportLoss("the session with " + m_target + " is lost: " + DatabaseText(text));
+  m_lost = true;
 }
 
 }  // namespace lkbench

@@ -28,25 +28,38 @@ class ErrorLog {
   explicit ErrorLog(Console& console) : m_console(console) {}
   void Report(eErrorLevel level, const std::string& number,
               const std::string& text);  // information is printed
+  // A session is gone. All losses of a run share one line, whatever each session noticed first.
+  void ReportLoss(const std::string& text);
 
   std::vector<ProblemLine> Lines() const;  // in the order of their first appearance
   std::uint64_t Problems() const;          // warnings and errors so far, repetitions included
   std::string Last() const;                // text of the latest problem; empty when there was none
 
  private:
+  bool Count(const ProblemLine& line);  // false: the line is new
+
   Console& m_console;
   mutable std::mutex m_mutex;
   std::vector<ProblemLine> m_lines;
   std::uint64_t m_problems = 0;
   std::string m_last;
+  std::string m_loss;  // the line of all lost sessions
 };
 
+// Whether a database error of this number means that the session is gone.
+bool IsSessionLoss(long code);
+
+// What the database said: the part of a report from its error number on; all of it when it has none.
+std::string DatabaseText(const std::string& text);
+
 // The last link of a user's handler chain: hands reports to the log, or keeps them back while they are
-// caught. Belongs to the user's thread.
+// caught. Once the session is lost, which is reported as one problem, what follows from that is not reported:
+// every call of the session fails from then on. Belongs to the user's thread.
 class UserErrors final : public CErrorHandler {
  public:
-  explicit UserErrors(ErrorLog& log) : m_log(log) {}
+  UserErrors(ErrorLog& log, std::string target) : m_log(log), m_target(std::move(target)) {}
   int HandleError(CError* error) override;
+  void NoteLoss(const std::string& text);  // reports it, the first time
 
   // While an object of this lives, problems are kept for Text() instead of being reported.
   class Catch {
@@ -65,7 +78,9 @@ class UserErrors final : public CErrorHandler {
 
  private:
   ErrorLog& m_log;
+  std::string m_target;  // as messages name it
   Catch* m_caught = nullptr;
+  bool m_lost = false;
 };
 
 }  // namespace lkbench

@@ -68,7 +68,7 @@ void CutSurplus(Bench& bench, const LoadPlan& plan) {
     bench.console.Progress(name + ": removing the rows above ID " + std::to_string(RowsAtScale(scale)) +
                            " that a workload or a broken load left");
   }
-  CutBack(bench, surplus, plan.use_backup ? Copies::kBackups : Copies::kTables,
+  CutBack(bench, "load", surplus, plan.use_backup ? Copies::kBackups : Copies::kTables,
           std::max(plan.base, plan.wanted));
 }
 
@@ -127,6 +127,7 @@ void LoadTables(Bench& bench) {
   if (plan.base > wanted)
     bench.console.Progress("the tables are loaded to scale " + Short(plan.base) +
                            " already: `lkbench refresh --scale " + Short(wanted) + "` cuts them back");
+  bench.users.Open(bench.job.users);  // who cannot connect fails before anything is changed
   for (const int number : plan.repairs) Repair(bench, schema, number);
   NoteBegin(bench, plan);
   const double highest = std::max({schema.HighestScale(), plan.base, wanted});

@@ -41,7 +41,8 @@ CBenchmarkProperties PropertiesAt(const Bench& bench, double scale) {
 
 }  // namespace
 
-void CutBack(Bench& bench, const std::map<int, double>& scales, Copies copies, double highest) {
+void CutBack(Bench& bench, const std::string& verb, const std::map<int, double>& scales, Copies copies,
+             double highest) {
   if (scales.empty()) return;
   const std::vector<Deal> deals = DealOut(bench, scales);
   auto shares = SharesFor(bench, std::min<int>(bench.job.users, static_cast<int>(deals.size())));
@@ -55,7 +56,8 @@ void CutBack(Bench& bench, const std::map<int, double>& scales, Copies copies, d
   }
   const StepResult result = StepRunner(bench.cancel, bench.breaker).Run(shares);
   bench.ThrowIfInterrupted();
-  if (!result.done) throw PrepareError("refresh: " + result.failure);
+  if (!result.done)
+    throw PrepareError(verb + ": " + result.failure + ": run `lkbench " + verb + "` again to go on");
 }
 
 void ResetSequence(Bench& bench, double scale) {
@@ -93,12 +95,14 @@ void RefreshTables(Bench& bench) {
   const Schema schema = ReadSchema(bench.Admin());
   RequireSchema(bench, schema, "refresh");
   RequireWholeTables(bench, schema, "refresh", Broken::kTableLoadsToo);
+  bench.users.Open(std::min(bench.job.users, bench.job.tables));  // before anything is changed
   const double highest = schema.HighestScale();
   const double wanted = WantedScale(bench, highest > 0 ? highest : schema.created_scale.value_or(0));
   const auto scales = LowerScales(bench, schema, wanted, Copies::kTables);
-  CutBack(bench, scales, Copies::kTables, highest);
+  CutBack(bench, "refresh", scales, Copies::kTables, highest);
   if (bench.job.use_backup)
-    CutBack(bench, LowerScales(bench, schema, wanted, Copies::kBackups), Copies::kBackups, highest);
+    CutBack(bench, "refresh", LowerScales(bench, schema, wanted, Copies::kBackups), Copies::kBackups,
+            highest);
   StateChanges whole;
   for (const auto& [number, scale] : scales) whole.ClearLoading(number);
   whole.Write(bench.Admin());

@@ -1,22 +1,46 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/Users.h"
 
-#include <algorithm>
-#include <array>
-
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
 
 namespace lkbench {
 
+namespace {
+
+// What to look at when the database refuses a session.
+std::string Advice(long code) {
+  switch (code) {
+    case 18:
+      return ": use fewer users, or let the server take more connections";
+    case 1017:
+      return ": check the user of the target and --password";
+    case 12170:
+    case 12541:
+      return ": is the server running, and can it be reached from here?";
+    default:
+      return {};
+  }
+}
+
+std::string ConnectProblem(const ConnectData& connect, int number, const std::string& reason, long code) {
+  return "cannot connect to " + connect.shown + (number > 1 ? " as user " + std::to_string(number) : "") +
+         ": " + DatabaseText(reason) + Advice(code);
+}
+
+}  // namespace
+
 VirtualUser::VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect,
                          ErrorLog& log)
-    : m_number(number), m_log(log), m_errors(log), m_driver(std::move(driver)) {
+    : m_number(number),
+      m_target(connect.shown),
+      m_log(log),
+      m_errors(log, connect.shown),
+      m_driver(std::move(driver)) {
   m_driver->AddHandler(&m_errors);
   const UserErrors::Catch caught(m_errors);
   if (m_driver->Connect(ToHost(connect.server), ToHost(connect.user), ToHost(connect.password)) == 0)
-    throw PrepareError("cannot connect to " + connect.shown +
-                       (number > 1 ? " as user " + std::to_string(number) : "") + ": " + caught.Text());
+    throw PrepareError(ConnectProblem(connect, number, caught.Text(), m_driver->GetLastErrorCode()));
 }
 
 VirtualUser::~VirtualUser() {
@@ -28,30 +52,29 @@ void VirtualUser::Run(const std::string& sql) {
   const UserErrors::Catch caught(m_errors);
   const bool done = m_driver->PrepareStatement(ToHost(sql), 0) != 0 && m_driver->ExecuteStatement(0) != 0;
   m_driver->CloseStatement();
-  if (!done) throw PrepareError(caught.Text() + " (in: " + sql.substr(0, 80) + ")");
+  if (!done) Fail(caught.Text(), sql);
 }
 
 std::vector<std::vector<std::string>> VirtualUser::Query(const std::string& sql) {
   const UserErrors::Catch caught(m_errors);
   std::vector<std::vector<LKString>> rows;
-  if (m_driver->Query(ToHost(sql), rows) == 0)
-    throw PrepareError(caught.Text() + " (in: " + sql.substr(0, 80) + ")");
+  if (m_driver->Query(ToHost(sql), rows) == 0) Fail(caught.Text(), sql);
   std::vector<std::vector<std::string>> texts(rows.size());
   for (size_t i = 0; i < rows.size(); ++i)
     for (const LKString& column : rows[i]) texts[i].push_back(column.ToChar());
   return texts;
 }
 
-void VirtualUser::RollBack() {
-  const UserErrors::Catch caught(m_errors);
-  m_driver->Rollback();
+void VirtualUser::Fail(const std::string& reason, const std::string& sql) const {
+  throw PrepareError(m_target + ": " + DatabaseText(reason) + " (in: " + sql.substr(0, 80) + ")");
 }
 
-bool VirtualUser::LostSession() const {
-  // Session killed, not logged on, shutdown, end of file on the channel, not connected, lost contact, TNS.
-  static constexpr std::array kLost = {28, 1012, 1089, 3113, 3114, 3135, 12537, 12541, 12547, 12571};
-  return std::ranges::find(kLost, m_driver->GetLastErrorCode()) != kLost.end();
+void VirtualUser::RollBack() {
+  const UserErrors::Catch caught(m_errors);
+  if (m_driver->Rollback() == 0 && LostSession()) m_errors.NoteLoss(caught.Text());
 }
+
+bool VirtualUser::LostSession() const { return IsSessionLoss(m_driver->GetLastErrorCode()); }
 
 std::vector<VirtualUser*> UserPool::Open(int count) {
   std::vector<VirtualUser*> users;

@@ -32,7 +32,7 @@ class VirtualUser {
   CDriverBase& Driver() { return *m_driver; }
   ErrorLog& Log() { return m_log; }
 
-  // Statements of lkbench's own. Each throws PrepareError with what the database said.
+  // Statements of lkbench's own. Each throws PrepareError with the target and what the database said.
   void Run(const std::string& sql);
   std::vector<std::vector<std::string>> Query(const std::string& sql);
 
@@ -43,7 +43,10 @@ class VirtualUser {
   bool LostSession() const;
 
  private:
+  [[noreturn]] void Fail(const std::string& reason, const std::string& sql) const;
+
   int m_number;
+  std::string m_target;  // as messages name it
   ErrorLog& m_log;
   UserErrors m_errors;
   std::unique_ptr<CDriverBase> m_driver;  // after the chain's end that it refers to

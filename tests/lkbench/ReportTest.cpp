@@ -98,7 +98,7 @@ TEST(ErrorLog, ManyDifferentProblemsShareTheLastLine) {
 TEST(ErrorLog, WhatAUserReportsWhileCaughtIsKeptBack) {
   Console console;
   ErrorLog log(console);
-  UserErrors errors(log);
+  UserErrors errors(log, "local:db");
   {
     const UserErrors::Catch caught(errors);
     errors.HandleErrorMsg(L"first", 0);
@@ -109,6 +109,40 @@ TEST(ErrorLog, WhatAUserReportsWhileCaughtIsKeptBack) {
   testing::internal::CaptureStderr();
   errors.HandleErrorMsg(L"third", 0);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "lkbench: error: third\n");
+}
+
+int ReportError(UserErrors& errors, const wchar_t* number, const wchar_t* text) {
+  CError error;
+  error.m_eErrorLevel = ERROR_LEVEL;
+  error.m_szErrorNumber = number;
+  error.m_szErrorMessage = text;
+  return errors.HandleError(&error);
+}
+
+TEST(ErrorLog, LostSessionsAreOneLineThatNamesTheTargetAndCountsThem) {
+  Console console;
+  ErrorLog log(console);
+  UserErrors first(log, "local:db");
+  UserErrors second(log, "local:db");
+  testing::internal::CaptureStderr();
+  ReportError(first, L"3113", L"Cannot commit (commit failed)\nORA-03113: end of file");
+  ReportError(second, L"1089", L"ORA-01089: shutdown in progress");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "lkbench: error: the session with local:db is lost: ORA-03113: end of file\n");
+  ASSERT_EQ(log.Lines().size(), 1u);
+  EXPECT_EQ(log.Lines()[0].count, 2u);
+}
+
+TEST(ErrorLog, WhatFollowsFromALostSessionIsNotReported) {
+  Console console;
+  ErrorLog log(console);
+  UserErrors errors(log, "local:db");
+  testing::internal::CaptureStderr();
+  ReportError(errors, L"3113", L"Unable Describe table while Initialize!\nORA-03113: end of file");
+  ReportError(errors, L"-1", L"Unable to retrieve table information");
+  ReportError(errors, L"3114", L"ORA-03114: not connected");
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(log.Problems(), 1u);
 }
 
 }  // namespace
