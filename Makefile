@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test nightly sanitize coverage fuzz mutate lint format
+.PHONY: run test nightly sanitize coverage fuzz fault mutate lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -37,6 +37,12 @@ coverage:  # what the tests run, by folder; the limits are in scripts/coverage
 fuzz:  # each target for FUZZ_SECONDS (600)
 	scripts/install-packages test
 	scripts/fuzz long
+fault:  # faults caused for real; all, or one: make fault CASE=disk-full-load SEED=7; as root, or with ALLOW_SKIP=1
+	scripts/install-packages check
+	$(configure)
+	cmake --build --preset $(PRESET) --target lkbench
+	python3 -B tests/fault/run.py --lkbench build/$(PRESET)/bin/lkbench --work build/fault $(if $(CASE),--case $(CASE)) \
+	  $(if $(SEED),--seed $(SEED)) $(if $(ALLOW_SKIP),--allow-skip)
 mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
 	scripts/install-packages check
 	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
