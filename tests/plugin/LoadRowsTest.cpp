@@ -89,6 +89,22 @@ TEST_F(LoadRows, TheLastPartialBatchIsNotCountedAsProcessed) {
   EXPECT_EQ(pUser->GetRowsProcessed(), 1000);
 }
 
+TEST_F(LoadRows, TheTimersReadingIsKeptAfterFullBatchesAndSkippedTablesOnly) {
+  HaveTables(1);
+  const int kNotRead = -1;
+  const auto readingAfter = [&](double fScale, double fLoadedScale) {
+    m_properties.SetScale(fScale);
+    m_properties.SetLoadedMaxScale(fLoadedScale);
+    const auto pUser = ReadyUser(1, 1);
+    pUser->m_nLastReadTime = kNotRead;
+    EXPECT_EQ(pUser->Execute(), 1);
+    return pUser->m_nLastReadTime;
+  };
+  EXPECT_NE(readingAfter(0.5, 0.0), kNotRead);
+  EXPECT_NE(readingAfter(0.5, 0.5), kNotRead);
+  EXPECT_EQ(readingAfter(0.1, 0.0), kNotRead);
+}
+
 TEST_F(LoadRows, AFullLastBatchIsCounted) {
   HaveTables(1);
   m_properties.SetScale(1.0);

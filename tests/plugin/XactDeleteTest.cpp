@@ -34,6 +34,20 @@ TEST_F(XactDelete, WithAnEmptyMapARandomRowOfTheTruncatedScaleIsDeleted) {
   }
 }
 
+TEST_F(XactDelete, WithoutABenchmarkTheTextIsThatOfARandomRow) {
+  m_benchmark.RecordRow(3, 7);
+  m_xact.SetBenchmark(nullptr);
+  Start();
+  CRandom random;
+  random.Seed(kUser + 3);
+  const int nTable = random.GetRandomInt(1, 1);
+  const int nRow = random.GetRandomInt(1, 1000);
+  m_xact.BuildSQL();
+  EXPECT_EQ(Sql(),
+            "delete from LK_REP_TABLE" + std::to_string(nTable) + " where id = " + std::to_string(nRow));
+  EXPECT_EQ(m_xact.m_bInsertedRow, FALSE);
+}
+
 TEST_F(XactDelete, ARecordedRowIsDeletedAndItsEntryErased) {
   m_benchmark.RecordRow(3, 7);
   Start();

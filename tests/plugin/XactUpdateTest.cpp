@@ -123,6 +123,19 @@ TEST_F(XactUpdate, ALongColumnCountsAsANumber) {
               MatchesRegex("update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1=[0-9]+\\.[0-9]{6} where id = [0-9]+"));
 }
 
+TEST_F(XactUpdate, EveryTypeOfCharactersIsATextAndEveryOtherNumberANumber) {
+  DescribeTable(1, {{"id"},
+                    {"A", SQLT_CHR, 4, 0, 0, 0},
+                    {"B", SQLT_AFC, 4, 0, 0, 0},
+                    {"C", SQLT_AVC, 4, 0, 0, 0},
+                    {"D", SQLT_INT, 4, 0, 0, 0}});
+  Start();
+  m_xact.BuildSQL();
+  EXPECT_THAT(Sql(), MatchesRegex(
+                         "update LK_REP_TABLE1 set ID=[0-9]+,COLUMN1='[A-Za-z]{1,4}',COLUMN2='[A-Za-z]{1,4}',"
+                         "COLUMN3='[A-Za-z]{1,4}',COLUMN4=[0-9]+\\.[0-9]{6} where id = [0-9]+"));
+}
+
 TEST_F(XactUpdate, ATableWithoutColumnsHasAnEmptySetList) {
   DescribeTable(1, {});
   Start();
@@ -191,6 +204,22 @@ TEST_F(XactUpdate, AColumnWithoutAGeneratorIsAbsentFromTheSetList) {
   IBind*& pSecond = pLoader->GetBindArray()[2];
   delete pSecond;
   pSecond = new NoGeneratorBind(table.GetColumns()[2]);
+  m_xact.m_nRowID = 42;
+  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
+              MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
+}
+
+TEST_F(XactUpdate, ABindWithoutAColumnAndAColumnWithoutABindAreAbsentFromTheSetList) {
+  Start();
+  CRepTable table(&m_driver, L"LK_REP_TABLE1");
+  ASSERT_EQ(table.Initialize(), 1);
+  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
+  pLoader->MakeRecord(42);
+  IBind*& pSecond = pLoader->GetBindArray()[2];
+  delete pSecond;
+  pSecond = nullptr;
+  pLoader->GetBindArray().Add(new NoGeneratorBind(nullptr));
+  table.GetColumns().m_nColumns = 5;  // the fifth is null
   m_xact.m_nRowID = 42;
   EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
               MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));

@@ -7,6 +7,7 @@ namespace scripted {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 const IdTable kTable1("LK_REP_TABLE1", 1);
 
@@ -77,6 +78,9 @@ TEST_F(LoadCalls, WithoutADriverAreNone) {
     EXPECT_EQ(PreIteration(*pUser), Events({"returned 0"}));
     EXPECT_EQ(Execute(*pUser), Events({"returned 0"}));
     EXPECT_EQ(PostBenchmark(*pUser), Events({"returned 0"}));
+    m_journal.Clear();
+    pUser->DropAllBackupTables();
+    EXPECT_THAT(m_journal.All(), IsEmpty());
   }
 }
 
@@ -102,6 +106,14 @@ TEST_F(LoadCalls, WithACancelBeforeTheFirstRowEndAfterTheBinds) {
                                        kTable1.Free(),
                                        {"returned 0"}}));
   EXPECT_EQ(ExtraHandles(), 0);
+}
+
+TEST_F(LoadCalls, WithACancelButWithoutTheOptionDropNoBackup) {
+  HaveIdTables(1);
+  m_driver.m_backups = {"LK_REP_TABLE1"};
+  const auto pUser = ReadyUser(1, 1);
+  pUser->RequestCancel();
+  EXPECT_EQ(PostBenchmark(*pUser), Events({"returned 1"}));
 }
 
 TEST_F(LoadCalls, WithACancelInASecondTableKeepWhatWasSent) {

@@ -242,7 +242,7 @@ TEST_F(RefreshTablesCalls, WithoutAnOracleDriverAreNone) {
   }
 }
 
-// kept: the pointer is not set back to null.
+// kept: the pointer is not set back to null, and the host's own operation is not called.
 TEST_F(RefreshTablesCalls, AtTheEndFreeTheHandleEveryTime) {
   const auto end = [&] { return m_xact.PostBenchmark(); };
   EXPECT_THAT(m_journal.Run(end), ElementsAre(kSucceeds));

@@ -35,8 +35,10 @@ TEST_F(SingleTableCalls, WithoutANameAreTheHostsOnly) {
   UseBackup();
   ReloadLastBackup();
   const auto pLoad = Load(L"");
-  EXPECT_EQ(PreBenchmark(*pLoad), Events({"CXact::PreBenchmark()", "returned 7"}));
   pLoad->m_bCreateBackup = TRUE;
+  EXPECT_EQ(PreBenchmark(*pLoad), Events({"CXact::PreBenchmark()", "returned 7"}));
+  EXPECT_TRUE(pLoad->m_bCreateBackup);
+  EXPECT_FALSE(pLoad->m_bReloadLastBackup);
   pLoad->m_bReloadLastBackup = TRUE;
   EXPECT_EQ(PreIteration(*pLoad), kHostsPreIteration);
 }
@@ -144,6 +146,14 @@ TEST_F(SingleTableCalls, OfPostBenchmarkMakeTheTableFromANewBackup) {
   EXPECT_EQ(PostBenchmark(*pLoad), Together({NotRestored("T"), kHostsPostBenchmark}));
   pLoad->RequestCancel();
   EXPECT_EQ(PostBenchmark(*pLoad), kHostsPostBenchmark);
+}
+
+TEST_F(SingleTableCalls, OfPostBenchmarkAfterANewBackupNeedNoOption) {
+  UseBackup();
+  const auto pLoad = ReadyLoad();
+  m_properties.SetCreateUseBackup(false);
+  pLoad->SetBenchmarkProperties(m_properties);
+  EXPECT_EQ(PostBenchmark(*pLoad), Together({Restored("T"), kHostsPostBenchmark}));
 }
 
 TEST_F(SingleTableCalls, OfPostBenchmarkAfterAReloadNeedTheOption) {
