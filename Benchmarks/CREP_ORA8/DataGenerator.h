@@ -24,7 +24,7 @@ class IDataGenerator {
   // Five times in a hundred true when NULL is allowed; draws only then.
   bool NeedNull() { return m_bAllowNull && m_pRandGen->UnifInt(1, 100) < 6; }
 
-  bool m_bAllowNull;  // kept: not set here: whoever creates a generator calls SetAllowNull
+  bool m_bAllowNull;  // not set here: whoever creates a generator calls SetAllowNull
   __int64 m_nStartingRow = 0;
   CRandGen* m_pRandGen = nullptr;
 };

@@ -22,6 +22,12 @@ class Locks : public Contract {
     return Value(reader, "SELECT N FROM T_LOCKS WHERE ID = " + std::to_string(id));
   }
 
+  // So that the server ends the client's transaction, the smaller one, in a deadlock of the two.
+  void GiveMoreWorkToTheOther() {
+    MustExec(*other,
+             "INSERT INTO T_LOCKS SELECT ROWNUM + 10, 0 FROM INFORMATION_SCHEMA.COLUMNS WHERE ROWNUM <= 50");
+  }
+
   const std::unique_ptr<Client> other, watcher;
 };
 INSTANTIATE_TEST_SUITE_P(Over, Locks, testing::Values(Transport::kSocket, Transport::kTls), TransportName);
@@ -100,8 +106,7 @@ TEST_P(Locks, ADeadlockIsToldToExactlyOneAndTheOtherGoesOn) {
 TEST_P(Locks, ADeadlockTakesTheVictimsEarlierWork) {
   MustExec(client, Set(1, 5));
   MustExec(*other, Set(2, 7));
-  MustExec(*other,
-           "INSERT INTO T_LOCKS SELECT ROWNUM + 10, 0 FROM INFORMATION_SCHEMA.COLUMNS WHERE ROWNUM <= 50");
+  GiveMoreWorkToTheOther();
   WaitingCall waiting(*other, *watcher, Set(1, 8));
   ASSERT_EQ(Exec(client, Set(2, 6)), OCI_ERROR) << "the one with less work is the victim";
   EXPECT_EQ(client.LastReport().text, "ORA-00060: deadlock detected while waiting for resource\n");
@@ -114,8 +119,7 @@ TEST_P(Locks, ADeadlockTakesTheVictimsEarlierWork) {
 TEST_P(Locks, ADeadlockInAnArrayEndsTheArray) {
   MustExec(client, Set(1, 5));
   MustExec(*other, Set(2, 7));
-  MustExec(*other,
-           "INSERT INTO T_LOCKS SELECT ROWNUM + 10, 0 FROM INFORMATION_SCHEMA.COLUMNS WHERE ROWNUM <= 50");
+  GiveMoreWorkToTheOther();
   WaitingCall waiting(*other, *watcher, Set(1, 8));
   Statement insert(client, "INSERT INTO T_LOCKS VALUES (:1, 0)");
   double ids[] = {100, 101, 11, 103};  // 11 is the other's

@@ -142,7 +142,7 @@ TEST_F(CreateTables, NoColumnsLeaveATextThatTheDatabaseRejects) {
   Oci().FailSql(sql, 1, OraFault(904, "invalid identifier"));
   EXPECT_EQ(Run(), 0);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre(sql));
-  EXPECT_THAT(OneReport(), HasSubstr("ORA-00904"));
+  EXPECT_THAT(m_reports.Reports(), ElementsAre(HasSubstr("ORA-00904")));
 }
 
 TEST_F(CreateTables, WithoutDefinitionsTheTextIsEmptyAndAnAssertionReports) {

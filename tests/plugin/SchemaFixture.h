@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
@@ -35,12 +34,6 @@ class SchemaTest : public scripted::JournalTest {
   }
   static std::shared_ptr<wxObject> Column(const wchar_t* type, int nWeight, bool bNullable) {
     return std::make_shared<ColumnInfo>(type, nWeight, bNullable);
-  }
-
-  std::string OneReport() const {
-    const auto reports = m_reports.Reports();
-    EXPECT_EQ(reports.size(), 1u);
-    return reports.empty() ? "" : reports.front();
   }
 
   CREP_ORA8 m_benchmark;

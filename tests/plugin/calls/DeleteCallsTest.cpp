@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Everything a delete does, in order, when all goes well and at each call that can fail.
 #include "Benchmarks/CREP_ORA8/Xact_Delete.h"
-#include "CallLists.h"
 #include "Recorders.h"
-#include "WorkloadFixture.h"
+#include "WorkloadCalls.h"
 
 namespace scripted {
 namespace {
@@ -24,15 +23,9 @@ const Events kSuccess = {
 
 const Events kPrepared = {"OCIHandleAlloc(env#1, 4, 0, null)", "returned 1"};
 
-class DeleteCalls : public WorkloadTest<CXact_Delete, JournalTest> {
+class DeleteCalls : public WorkloadCalls<CXact_Delete> {
  protected:
   DeleteCalls() { m_benchmark.RecordRow(3, 7); }
-  Events PreBenchmark() {
-    return m_journal.Run([this] { return m_xact.PreBenchmark(); });
-  }
-  Events Execute() {
-    return m_journal.Run([this] { return m_xact.Execute(); });
-  }
 
   LogRecorder m_log;
 };
@@ -101,13 +94,6 @@ TEST_F(DeleteCalls, AreThoseOfASuccessWithStatusesWhoseLowBitsAreZero) {
   ReturnHighBitsOnly();
   EXPECT_EQ(PreBenchmark(), kPrepared);
   EXPECT_EQ(Execute(), kSuccess);
-}
-
-TEST_F(DeleteCalls, OfPostBenchmarkFreeTheOwnStatement) {
-  Start();
-  EXPECT_EQ(m_journal.Run([this] { return m_xact.PostBenchmark(); }),
-            Events({"OCIHandleFree(stmt#1, 4)", "CXact::PostBenchmark()", "returned 1"}));
-  EXPECT_EQ(m_xact.m_pDeleteStmt, nullptr);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "Benchmarks/CREP_ORA8/Xact_Insert.h"
 #include "Recorders.h"
 #include "TwoColumnTable.h"
-#include "WorkloadFixture.h"
+#include "WorkloadCalls.h"
 
 namespace scripted {
 namespace {
@@ -28,15 +28,9 @@ const Events kPrepared = {
     "OCIStmtPrepare(stmt#1, err#1, \"SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL\", 38, 1, 0)",
     "OCIDefineByPos(stmt#1, err#1, 1, &, 8, 4, &, null, null, 0)", "returned 1"};
 
-class InsertCalls : public WorkloadTest<CXact_Insert, JournalTest> {
+class InsertCalls : public WorkloadCalls<CXact_Insert> {
  protected:
   InsertCalls() { DescribeTable(1, kTwoColumns); }
-  Events PreBenchmark() {
-    return m_journal.Run([this] { return m_xact.PreBenchmark(); });
-  }
-  Events Execute() {
-    return m_journal.Run([this] { return m_xact.Execute(); });
-  }
 
   LogRecorder m_log;
 };
@@ -143,14 +137,6 @@ TEST_F(InsertCalls, ThatFreeAreNotLookedAt) {
     EXPECT_EQ(Execute().size(), kSuccess.size());
   }
   EXPECT_EQ(MapEntries().size(), 2U);
-}
-
-TEST_F(InsertCalls, OfPostBenchmarkFreeTheOwnStatement) {
-  Start();
-  EXPECT_EQ(m_journal.Run([this] { return m_xact.PostBenchmark(); }),
-            Events({"OCIHandleFree(stmt#1, 4)", "CXact::PostBenchmark()", "returned 1"}));
-  EXPECT_EQ(m_journal.Run([this] { return m_xact.PostBenchmark(); }),
-            Events({"CXact::PostBenchmark()", "returned 1"}));
 }
 
 }  // namespace

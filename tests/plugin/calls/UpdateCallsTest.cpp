@@ -3,7 +3,7 @@
 #include "Benchmarks/CREP_ORA8/Xact_Update.h"
 #include "Recorders.h"
 #include "TwoColumnTable.h"
-#include "WorkloadFixture.h"
+#include "WorkloadCalls.h"
 
 namespace scripted {
 namespace {
@@ -29,7 +29,7 @@ Events RunOf(const std::string& text) {
 
 const Events kPrepared = {"OCIHandleAlloc(env#1, 4, 0, null)", "returned 1"};
 
-class UpdateCalls : public WorkloadTest<CXact_Update, JournalTest> {
+class UpdateCalls : public WorkloadCalls<CXact_Update> {
  protected:
   UpdateCalls() {
     DescribeTable(1, kTwoColumns);
@@ -37,12 +37,6 @@ class UpdateCalls : public WorkloadTest<CXact_Update, JournalTest> {
   }
   ~UpdateCalls() override { EXPECT_THAT(MapEntries(), ElementsAre(Pair(42, 41))); }
 
-  Events PreBenchmark() {
-    return m_journal.Run([this] { return m_xact.PreBenchmark(); });
-  }
-  Events Execute() {
-    return m_journal.Run([this] { return m_xact.Execute(); });
-  }
   // The list of a success whose text was the one of the last execution.
   Events Success() const {
     return Together({kBuildText, RunOf(m_xact.m_szSQL.ToChar()), {"SetEndTime(1, 0)", "returned 1"}});
@@ -131,13 +125,6 @@ TEST_F(UpdateCalls, ThatFreeAreNotLookedAt) {
     Oci().FailAnyCall(nCall, StatusFault(kHighStatus));
     EXPECT_EQ(Execute().size(), Success().size());
   }
-}
-
-TEST_F(UpdateCalls, OfPostBenchmarkFreeTheOwnStatement) {
-  Start();
-  EXPECT_EQ(m_journal.Run([this] { return m_xact.PostBenchmark(); }),
-            Events({"OCIHandleFree(stmt#1, 4)", "CXact::PostBenchmark()", "returned 1"}));
-  EXPECT_EQ(m_xact.m_pUpdateStmt, nullptr);
 }
 
 }  // namespace

@@ -5,10 +5,9 @@
 #include "Benchmarks/CREP_ORA8/Xact_Delete.h"
 #include "Benchmarks/CREP_ORA8/Xact_Insert.h"
 #include "Benchmarks/CREP_ORA8/Xact_Update.h"
-#include "CallLists.h"
 #include "HostTaps.h"
 #include "Recorders.h"
-#include "WorkloadFixture.h"
+#include "WorkloadCalls.h"
 
 namespace scripted {
 namespace {
@@ -50,21 +49,7 @@ struct Facts<CXact_Delete> {
 };
 
 template <class Transaction>
-class Workload : public WorkloadTest<Transaction, JournalTest> {
- protected:
-  Events PreBenchmark() {
-    return this->m_journal.Run([this] { return this->m_xact.PreBenchmark(); });
-  }
-  Events PreIteration() {
-    return this->m_journal.Run([this] { return this->m_xact.PreIteration(); });
-  }
-  Events Execute() {
-    return this->m_journal.Run([this] { return this->m_xact.Execute(); });
-  }
-  Events PostBenchmark() {
-    return this->m_journal.Run([this] { return this->m_xact.PostBenchmark(); });
-  }
-};
+class Workload : public WorkloadCalls<Transaction> {};
 
 using Transactions = testing::Types<CXact_Insert, CXact_Update, CXact_Delete>;
 TYPED_TEST_SUITE(Workload, Transactions);
