@@ -4,10 +4,14 @@
 #include <algorithm>
 #include <cwchar>
 #include <cwctype>
+#include <functional>
+#include <utility>
 
 #include "core/Utf8.h"
 
 LKString::LKString(const LKString& other) : m_str(other.m_str) {}
+
+LKString::LKString(LKString&& other) noexcept : m_str(std::move(other.m_str)) {}
 
 LKString::LKString(const wchar_t* text) : m_str(text ? text : L"") {}
 
@@ -74,6 +78,11 @@ wchar_t* LKString::GetBuffer(int nMinLength) {
 
 void LKString::ReleaseBuffer(int nNewLength) {
   m_str.resize(nNewLength < 0 ? std::wcslen(m_str.c_str()) : static_cast<size_t>(nNewLength));
+}
+
+bool LKString::Holds(const wchar_t* text) const {
+  const std::less<const wchar_t*> isBefore;
+  return text != nullptr && !isBefore(text, m_str.data()) && !isBefore(m_str.data() + m_str.size(), text);
 }
 
 std::string LKString::ToChar() const { return LKUtf8FromWide(m_str); }

@@ -10,6 +10,7 @@ class LKString {
  public:
   LKString() = default;
   LKString(const LKString& other);
+  LKString(LKString&& other) noexcept;
   LKString(const wchar_t* text);            // a null pointer is the empty string
   LKString(const char* text, int nLength);  // nLength bytes of UTF-8; a byte that is none becomes U+FFFD
   LKString& operator=(const LKString& other);
@@ -46,6 +47,8 @@ class LKString {
  private:
   friend bool operator<(LKString left, const LKString& right);
   friend bool operator==(const LKString& left, const LKString& right);
+
+  bool Holds(const wchar_t* text) const;  // whether the text lies in this string's characters
 
   std::wstring m_str;
 };

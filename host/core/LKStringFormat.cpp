@@ -3,9 +3,11 @@
 
 #include <wx/debug.h>
 
-#include <array>
-#include <string>
-#include <string_view>
+#include <charconv>
+#include <cstdint>
+#include <cwchar>
+#include <span>
+#include <vector>
 
 namespace {
 
@@ -65,48 +67,118 @@ bool Fits(const Specifier& specifier, LKFormatClass eClass) {
   return false;
 }
 
-// The specifier without its length, which follows from the class.
-std::wstring Spelled(const Specifier& specifier, LKFormatClass eClass, wchar_t conversion) {
+// The specifier as the C library may be given it: its length follows from the class.
+std::wstring Spelled(const Specifier& specifier, LKFormatClass eClass) {
   std::wstring text = L"%";
   text += specifier.layout;
-  if (eClass == LKFormatClass::Long) text += L"ll";
-  if (eClass == LKFormatClass::Int && conversion != L'c') text += specifier.length;
-  return text + conversion;
+  if (eClass == LKFormatClass::Long) text += L"l";
+  if (eClass == LKFormatClass::Text || specifier.conversion == L'c') text += L"l";
+  if (eClass == LKFormatClass::Int && specifier.conversion != L'c') text += specifier.length;
+  return text + specifier.conversion;
 }
 
-std::wstring Fitted(Specifier specifier, LKFormatClass eClass) {
+Specifier Fitted(Specifier specifier, LKFormatClass eClass) {
   constexpr std::array<wchar_t, 4> kDefaultConversion{L'd', L'd', L'f', L's'};
-  if (Fits(specifier, eClass)) return Spelled(specifier, eClass, specifier.conversion);
+  if (Fits(specifier, eClass)) return specifier;
   wxFAIL_MSG("format specifier doesn't match argument type");
   specifier.length = {};
-  return Spelled(specifier, eClass, kDefaultConversion[static_cast<size_t>(eClass)]);
+  specifier.conversion = kDefaultConversion[static_cast<size_t>(eClass)];
+  return specifier;
+}
+
+void Append(std::wstring_view text, wxString& out) { out.append(text.data(), text.size()); }
+
+constexpr size_t kWidest = size_t{1} << 20;  // characters; what is wider is left out
+
+// By the C library, into a buffer that grows until the text fits.
+template <class T>
+void AppendPrinted(const std::wstring& format, T value, wxString& out) {
+  std::array<wchar_t, 128> small;
+  std::vector<wchar_t> large;
+  std::span<wchar_t> buffer(small);
+  for (size_t nNext = 4096; nNext <= kWidest; nNext *= 4) {
+    const int nLength = std::swprintf(buffer.data(), buffer.size(), format.c_str(), value);
+    if (nLength >= 0) return Append({buffer.data(), static_cast<size_t>(nLength)}, out);
+    large.resize(nNext);
+    buffer = large;
+  }
+}
+
+void AppendDecimal(long value, wxString& out) {
+  std::array<char, 24> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  std::array<wchar_t, 24> wide;
+  Append({wide.data(), static_cast<size_t>(std::copy(digits.data(), end, wide.data()) - wide.data())}, out);
+}
+
+bool IsPlainDecimal(const Specifier& specifier) {
+  return specifier.layout.empty() && (specifier.conversion == L'd' || specifier.conversion == L'i');
+}
+
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, long value, wxString& out) {
+  const auto nInt = static_cast<int>(value);
+  if (IsPlainDecimal(specifier) && (eClass == LKFormatClass::Long || specifier.length.empty()))
+    AppendDecimal(eClass == LKFormatClass::Long ? value : nInt, out);
+  else if (eClass == LKFormatClass::Long)
+    AppendPrinted(Spelled(specifier, eClass), value, out);
+  else
+    AppendPrinted(Spelled(specifier, eClass), nInt, out);
+}
+
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, double value, wxString& out) {
+  AppendPrinted(Spelled(specifier, eClass), value, out);
+}
+
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, std::wstring_view value, wxString& out) {
+  if (specifier.layout.empty()) return Append(value, out);
+  AppendPrinted(Spelled(specifier, eClass), std::wstring(value).c_str(), out);
+}
+
+template <class T>
+void AppendPiece(std::wstring_view rest, LKFormatClass eClass, T value, wxString& out) {
+  bool bTaken = false;  // the argument has its specifier
+  while (!rest.empty()) {
+    const size_t nText = std::min(rest.find(L'%'), rest.size());
+    Append(rest.substr(0, nText), out);
+    rest.remove_prefix(nText);
+    if (rest.empty()) return;
+    const Specifier specifier = ReadSpecifier(rest);
+    if (rest.substr(0, 2) == L"%%") {
+      Append(L"%", out);
+      rest.remove_prefix(2);
+    } else if (IsConversion(specifier.conversion) && !bTaken) {
+      AppendValue(Fitted(specifier, eClass), eClass, value, out);
+      bTaken = true;
+      rest.remove_prefix(specifier.size);
+    } else {
+      Append(L"%", out);
+      rest.remove_prefix(1);
+    }
+  }
 }
 
 }  // namespace
 
-wxString LKFormatPiece(const wchar_t* piece, LKFormatClass eClass) {
-  std::wstring_view rest(piece);
-  std::wstring out;
-  bool bTaken = false;  // the argument has its specifier
-  while (!rest.empty()) {
-    const size_t nText = std::min(rest.find(L'%'), rest.size());
-    out += rest.substr(0, nText);
-    rest.remove_prefix(nText);
-    if (rest.empty()) break;
-    if (rest.substr(0, 2) == L"%%") {
-      out += L"%%";
-      rest.remove_prefix(2);
-      continue;
-    }
-    const Specifier specifier = ReadSpecifier(rest);
-    if (IsConversion(specifier.conversion) && !bTaken) {
-      out += Fitted(specifier, eClass);
-      bTaken = true;
-      rest.remove_prefix(specifier.size);
-    } else {
-      out += L"%%";
-      rest.remove_prefix(1);
-    }
-  }
-  return out;
+void LKAppendPiece(std::wstring_view piece, LKFormatClass eClass, long value, wxString& out) {
+  AppendPiece(piece, eClass, value, out);
+}
+
+void LKAppendPiece(std::wstring_view piece, double value, wxString& out) {
+  AppendPiece(piece, LKFormatClass::Double, value, out);
+}
+
+void LKAppendPiece(std::wstring_view piece, std::wstring_view value, wxString& out) {
+  AppendPiece(piece, LKFormatClass::Text, value, out);
+}
+
+size_t LKFormatSplitter::EndOfSpecifier(wxRegEx& reg, std::wstring_view format) {
+  for (const Answer& answer : m_Answers)
+    if (answer.format == format) return answer.nEnd;
+  Answer& answer = m_Answers[m_nOldest];
+  m_nOldest = (m_nOldest + 1) % m_Answers.size();
+  size_t nStart = 0;
+  size_t nLength = 0;
+  answer.format = format;
+  answer.nEnd = reg.Matches(answer.format) && reg.GetMatch(&nStart, &nLength) ? nStart + nLength : kNone;
+  return answer.nEnd;
 }

@@ -168,7 +168,11 @@ TEST(Format, MayReadTheStringThatItWrites) {
   EXPECT_EQ(text, LKString(L"3-4"));
 }
 
+TEST(Format, LeavesOutWhatIsWiderThanAnyBuffer) { EXPECT_EQ(Formatted(L"[%99999999999d]", 7), "[]"); }
+
 TEST(Format, RendersTextsLongerThanAnyFirstBuffer) {
+  EXPECT_EQ(Formatted(L"%200d", 7), std::string(199, ' ') + "7");
+  EXPECT_EQ(Formatted(L"%.5000f", 0.5), "0.5" + std::string(4999, '0'));
   const std::string longText(100000, 'x');
   EXPECT_EQ(Formatted(L"%s%d", longText.c_str(), 1), longText + "1");
 }

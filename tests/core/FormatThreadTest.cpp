@@ -40,9 +40,9 @@ std::string Expected(int nThread, int nRound) {
 struct Acting {
   const std::function<void()>* pAct;
 };
-wxString LKFormatArgument(const Acting& acting) {
+std::wstring_view LKFormatText(const Acting& acting) {
   (*acting.pAct)();
-  return "acted";
+  return L"acted";
 }
 
 }  // namespace
