@@ -3,7 +3,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test nightly sanitize coverage fuzz fault mutate lint format
+.PHONY: run test bench nightly sanitize coverage fuzz fault mutate lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -24,6 +24,11 @@ nightly:
 	$(configure)
 	cmake --build --preset $(PRESET)
 	LK_DRAWS=$(DRAWS) ctest --preset $(PRESET) -L draws
+bench:  # the small parts, over an OCI that does nothing
+	scripts/install-packages bench
+	$(configure) -DLK_BUILD_BENCH=ON
+	cmake --build --preset $(PRESET) --target lkbench_micro
+	build/$(PRESET)/bin/lkbench_micro
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan

@@ -3,6 +3,7 @@
 
 option(LK_BUILD_TESTS "Build the tests" ON)
 option(LK_BUILD_FUZZERS "Offer the fuzz targets (needs clang)" OFF)
+option(LK_BUILD_BENCH "Build the measurements" OFF)
 option(LK_WERROR "Treat warnings as errors" ON)
 set(LK_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined or thread")
 
