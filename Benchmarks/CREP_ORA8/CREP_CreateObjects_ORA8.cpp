@@ -189,7 +189,8 @@ int CXact_Create_Sequence::Execute() {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return pDriver->HandleError(nStatus, pDriver->GetOCIError(), 0, 0);
   }
-  nStatus = PrepareText(pStmt, pDriver->GetOCIError(), m_szSQL.ToChar());
+  const std::string szText = m_szSQL.ToChar();
+  nStatus = PrepareText(pStmt, pDriver->GetOCIError(), szText);
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return ReportAndFree(pDriver, pStmt, nStatus);

@@ -64,7 +64,8 @@ bool CXact_Drop_RepTables::DropTable(COracle8Driver* pDriver, OCIStmt* pStmt, in
   szTableName.Format(L"LK_REP_TABLE%d", nTableIndex);
   LKString szSQL;
   szSQL.Format(m_szSQL, nTableIndex);
-  sword nStatus = PrepareText(pStmt, pDriver->GetOCIError(), szSQL.ToChar());
+  const std::string szText = szSQL.ToChar();
+  sword nStatus = PrepareText(pStmt, pDriver->GetOCIError(), szText);
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nBytes);
     pDriver->HandleError(LowBits(nStatus), pDriver->GetOCIError(), 0, 0);
@@ -132,7 +133,8 @@ int CXact_Drop_Replication_Properties_Table::Execute() {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return pDriver->HandleError(LowBits(nStatus), pError, 0, 0);
   }
-  nStatus = PrepareText(pStmt, pError, m_szSQL.ToChar());
+  const std::string szText = m_szSQL.ToChar();
+  nStatus = PrepareText(pStmt, pError, szText);
   if (IsFailure(nStatus)) {
     m_Timer.SetEndTime(m_nRows, m_nXactBytes);
     return ReportAndFree(pDriver, pStmt, LowBits(nStatus));

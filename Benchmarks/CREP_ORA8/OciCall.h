@@ -6,6 +6,7 @@
 #include <oci.h>
 
 #include <string>
+#include <string_view>
 
 #include "db/DriverBase.h"
 #include "oracle8/Oracle8Driver.h"
@@ -22,10 +23,15 @@ inline sword AllocStatement(COracle8Driver* pDriver, OCIStmt** ppStmt) {
                         nullptr);
 }
 
-inline sword PrepareText(OCIStmt* pStmt, OCIError* pError, const std::string& szText) {
-  return OCIStmtPrepare(pStmt, pError, reinterpret_cast<const OraText*>(szText.c_str()),
+// The text must live until the statement's last execute: a client library may read it there and copies
+// nothing.
+inline sword PrepareText(OCIStmt* pStmt, OCIError* pError, std::string_view szText) {
+  return OCIStmtPrepare(pStmt, pError, reinterpret_cast<const OraText*>(szText.data()),
                         static_cast<ub4>(szText.size()), OCI_NTV_SYNTAX, OCI_DEFAULT);
 }
+
+sword PrepareText(OCIStmt* pStmt, OCIError* pError,
+                  std::string&& szText) = delete;  // it would be gone by then
 
 inline sword ExecuteOnce(COracle8Driver* pDriver, OCIStmt* pStmt, ub4 nMode) {
   return OCIStmtExecute(pDriver->GetOCIServerContext(), pStmt, pDriver->GetOCIError(), 1, 0, nullptr, nullptr,

@@ -32,7 +32,7 @@ int CREP_Refresh_Base::Execute(char const* lpSQL) {
   OCIError* pError = pDriver->GetOCIError();
   sword nStatus = OCI_SUCCESS;
   if (m_pstmt == nullptr) nStatus = AllocStatement(pDriver, &m_pstmt);
-  if (!IsFailure(nStatus)) nStatus = PrepareText(m_pstmt, pError, lpSQL);
+  if (!IsFailure(nStatus)) nStatus = PrepareText(m_pstmt, pError, std::string_view(lpSQL));
   if (IsFailure(nStatus)) {
     pDriver->HandleError(LowBits(nStatus), pError, 0, 0);
     return -1;

@@ -17,7 +17,8 @@ int CRepTable::Describe() {
   OCIError* pError = m_pDriver->GetOCIError();
   LKString strSQL;
   strSQL.Format(L"SELECT * FROM %s", m_strName);
-  sword nStatus = PrepareText(m_pStmt, pError, strSQL.ToChar());
+  const std::string szText = strSQL.ToChar();
+  sword nStatus = PrepareText(m_pStmt, pError, szText);
   // kept: the words of these reports, which logs are searched for
   if (IsFailure(nStatus))
     return m_pDriver->HandleError(nStatus, pError, L"Unable Prepare statement while Initialize.", 0, 0);

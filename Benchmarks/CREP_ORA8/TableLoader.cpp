@@ -76,12 +76,12 @@ OCIStmt* CTableLoader::CreateStatment() {
 }
 
 int CTableLoader::BindColumns() {
-  const LKString strSQL = BuildSQL();
+  m_szInsertSQL = BuildSQL().ToChar();
   m_pInsertStmt = CreateStatment();
   if (m_pInsertStmt == nullptr) return 0;
   // kept: no report from here on, the caller gives the table up
   OCIError* pError = m_pDriver->GetOCIError();
-  if (IsFailure(PrepareText(m_pInsertStmt, pError, strSQL.ToChar()))) return 0;
+  if (IsFailure(PrepareText(m_pInsertStmt, pError, m_szInsertSQL))) return 0;
   for (IBind* pBind : m_BindArray)
     if (!pBind->BindColumn(m_pInsertStmt, pError)) return 0;
   return 1;

@@ -9,6 +9,8 @@
 
 #include <oci.h>
 
+#include <string>
+
 #include "Bind.h"
 #include "core/LKString.h"
 #include "core/LKTypes.h"
@@ -53,4 +55,7 @@ class CTableLoader {
   CRandGen m_RandGen;
   CTRKArray<IBind*, IBind*> m_BindArray;
   COracle8Driver* m_pDriver;
+
+ private:
+  std::string m_szInsertSQL;  // read until the last batch is sent
 };

@@ -22,7 +22,8 @@ void FreeStatement(OCIStmt** ppStmt) {
 int RunMeasured(COracle8Driver* pDriver, OCIStmt* pStmt, const LKString& szSQL,
                 const wchar_t* szPrepareMessage, ub4& nRows) {
   OCIError* pError = pDriver->GetOCIError();
-  sword nStatus = PrepareText(pStmt, pError, szSQL.ToChar());
+  const std::string szText = szSQL.ToChar();
+  sword nStatus = PrepareText(pStmt, pError, szText);
   if (IsFailure(nStatus)) {
     pDriver->HandleError(nStatus, pError, szPrepareMessage, 0, 0);
     return 0;

@@ -43,7 +43,7 @@ int CXact_Insert::PreBenchmark() {
 }
 
 int CXact_Insert::PrepareSequenceQuery(COracle8Driver* pDriver) {
-  const std::string lpSQL = "SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL";
+  static constexpr std::string_view lpSQL = "SELECT LK_REP_ID_SEQ.NEXTVAL FROM DUAL";
   const sword nStatus = PrepareText(m_pStmt, pDriver->GetOCIError(), lpSQL);
   if (IsFailure(nStatus)) {
     pDriver->HandleError(nStatus, pDriver->GetOCIError(), L"Unable to generate ID for Insert transaction.", 0,

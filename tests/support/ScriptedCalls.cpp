@@ -262,7 +262,8 @@ sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* stmt, ub4 s
   if (statement == nullptr) return OCI_INVALID_HANDLE;
   sword status = OCI_SUCCESS;
   if (recorder.Fails(errhp, status)) return status;
-  statement->sql.assign(reinterpret_cast<const char*>(stmt), stmt_len);
+  statement->text_given = reinterpret_cast<const char*>(stmt);
+  statement->sql.assign(statement->text_given, stmt_len);
   statement->columns.clear();
   statement->binds.clear();
   statement->defines.clear();
@@ -276,6 +277,7 @@ sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iter
   Handle* service = recorder.Get(svchp, OCI_HTYPE_SVCCTX);
   Handle* statement = recorder.Get(stmtp, OCI_HTYPE_STMT);
   if (service == nullptr || statement == nullptr) return OCI_INVALID_HANDLE;
+  recorder.RequireText(*statement);
   return recorder.Run(statement, iters, mode, errhp);
 }
 

@@ -258,6 +258,12 @@ bool Recorder::Fails(const void* error, sword& status, const std::string& sql) {
   return false;
 }
 
+void Recorder::RequireText(const Handle& statement) {
+  const std::string_view text(statement.text_given, statement.sql.size());
+  if (text != statement.sql)
+    m_oci.m_violations.push_back(m_name + ": the text of " + Name(&statement) + " is gone");
+}
+
 Handle* Recorder::Create(ub4 type, Handle* parent) {
   auto handle = std::make_unique<Handle>();
   handle->type = type;

@@ -25,6 +25,7 @@ struct Handle {
   Handle* parent = nullptr;
   // statement
   std::string sql;
+  const char* text_given = nullptr;  // where the caller keeps it, to be read until the last execute
   bool described = false;
   std::vector<ColumnSpec> columns;
   std::map<ub4, Handle*> binds;
@@ -68,6 +69,8 @@ class Recorder {
   // True when a fault is due for this call: `status` is then what the call returns. One that works leaves its
   // status there too, for a call that goes on and succeeds.
   bool Fails(const void* error, sword& status, const std::string& sql = {});
+  // Reads the statement's text again where the caller gave it, as a client library may.
+  void RequireText(const Handle& statement);
   Handle* Create(ub4 type, Handle* parent);
   void Free(Handle* handle);
   sword Error(const void* error, sb4 code, const std::string& text);  // leaves a record, returns OCI_ERROR
