@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-# The two commands: `make run` and `make test`. Everything else is CMake: see CMakePresets.json.
+# The two commands are `make run` and `make test`; the rest is for those who change the source. Building is CMake's: see
+# CMakePresets.json.
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
