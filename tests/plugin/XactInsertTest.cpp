@@ -75,6 +75,13 @@ TEST_F(XactInsert, ASequenceValueBelowMinus1IsAnOrdinaryId) {
   EXPECT_EQ(m_xact.Execute(), 1);
 }
 
+TEST_F(XactInsert, ASequenceMayStartAt1) {
+  Start();
+  Oci().AnswerCounting(kSequenceQuery, 1);
+  EXPECT_EQ(m_xact.Execute(), 1);
+  EXPECT_THAT(MapEntries(), ElementsAre(Pair(2, 1)));
+}
+
 TEST_F(XactInsert, AFractionalNextvalIsTruncatedTowardZero) {
   Start();
   Oci().Answer(kSequenceQuery, {{{"1001.9"}}});

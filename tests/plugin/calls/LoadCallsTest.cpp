@@ -53,6 +53,19 @@ TEST_F(LoadCalls, OfASetNameItAndLoadItsRows) {
   EXPECT_EQ(pUser->GetRowsProcessed(), 2);
 }
 
+TEST_F(LoadCalls, OfTheFirstOfTwoSetsNameItToo) {
+  HaveIdTables(1);
+  m_properties.SetScale(0.005);
+  const auto pUser = ReadyUser(2, 2);
+  EXPECT_EQ(Execute(*pUser), Loaded({kTable1.Started(" (set 1 of 2)"),
+                                     kTable1.Describe(),
+                                     kTable1.Bind(),
+                                     {kTable1.Batch(2), "Read()"},
+                                     kTable1.Free(),
+                                     kTable1.Completed("(set 1 of 2)")}));
+  EXPECT_EQ(InsertedIds("LK_REP_TABLE1"), Ids(1, 2));
+}
+
 TEST_F(LoadCalls, OfATableThatIsLoadedReadTheTimerOnly) {
   HaveIdTables(2);
   m_properties.SetLoadedMaxScale(0.003);
