@@ -4,7 +4,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test bench nightly sanitize coverage fuzz fault mutate lint format
+.PHONY: run test bench nightly sanitize coverage fuzz fault mutate valgrind lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -52,6 +52,11 @@ fault:  # faults caused for real; all, or one: make fault CASE=disk-full-load SE
 mutate:  # all mutants of the plug-in, or some: make mutate SAMPLE=200
 	scripts/install-packages check
 	python3 -B scripts/mutation $(if $(SAMPLE),--sample $(SAMPLE))
+valgrind:  # the tests of the plug-in and of the host's core under memcheck; minutes
+	scripts/install-packages test check
+	$(configure)
+	cmake --build --preset $(PRESET) --target tests/plugin/all tests/core/all
+	scripts/valgrind build/$(PRESET)
 lint:  # the format of the sources, and cppcheck; under a minute
 	scripts/install-packages check
 	scripts/lint
