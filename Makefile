@@ -57,7 +57,7 @@ valgrind:  # the tests of the plug-in and of the host's core under memcheck; min
 	$(configure)
 	cmake --build --preset $(PRESET) --target tests/plugin/all tests/core/all
 	scripts/valgrind build/$(PRESET)
-lint:  # the format of the sources, and cppcheck; under a minute
+lint:  # the format of the sources, cppcheck and clang-tidy; minutes
 	scripts/install-packages check
 	scripts/lint
 format:  # needs the package clang-format, as lint does

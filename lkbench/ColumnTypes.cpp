@@ -109,6 +109,7 @@ std::string ColumnTypeProblem(const std::string& type) {
   const std::string subject = "column type \"" + Excerpt(type) + "\" cannot be loaded: ";
   if (rule == rules.end() || !parsed.rest.empty()) {
     std::vector<std::string> names;
+    names.reserve(rules.size());
     for (const TypeRule& each : rules) names.push_back(each.name);
     return subject + "use one of " + Join(names, ", ") + ", with its length or precision and nothing more";
   }

@@ -109,7 +109,7 @@ std::string ChosenVerb(const CLI::App& app) {
 
 std::vector<std::string> VerbNames() {
   std::vector<std::string> names;
-  for (const Verb& verb : kVerbs) names.push_back(verb.name);
+  for (const Verb& verb : kVerbs) names.emplace_back(verb.name);
   return names;
 }
 

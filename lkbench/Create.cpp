@@ -54,8 +54,8 @@ void CreateSchema(Bench& bench) {
   StateChanges done;
   done.Remove("creating");
   done.Write(bench.Admin());
-  bench.console.Progress("created " +
-                         Plural(static_cast<std::uint64_t>(bench.job.tables - first + 1), "table") +
+  const int made = bench.job.tables - first + 1;
+  bench.console.Progress("created " + Plural(static_cast<std::uint64_t>(made), "table") +
                          (is_new ? ", the properties table and the sequence" : ""));
 }
 

@@ -82,7 +82,7 @@ int UserErrors::HandleError(CError* error) {
     m_log.Report(INFO_LEVEL, number, text);
   else if (m_caught != nullptr)
     m_caught->m_text += (m_caught->m_text.empty() ? "" : "; ") + text;
-  else if (IsSessionLoss(std::atol(number.c_str())))
+  else if (IsSessionLoss(std::strtol(number.c_str(), nullptr, 10)))
     NoteLoss(text);
   else if (!m_lost)
     m_log.Report(error->m_eErrorLevel, number, text);

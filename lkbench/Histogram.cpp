@@ -10,7 +10,7 @@ namespace histogram {
 
 std::size_t BucketOf(std::uint64_t nanoseconds) {
   if (nanoseconds < kSubBuckets) return nanoseconds;
-  const int bits = std::bit_width(nanoseconds);
+  const auto bits = static_cast<int>(std::bit_width(nanoseconds));
   if (bits > kMostBits) return kBuckets - 1;
   const int group = bits - kSubBits;  // 1 for values from 64 to 127
   const std::uint64_t within = (nanoseconds >> (group - 1)) - kSubBuckets;

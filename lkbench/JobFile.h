@@ -10,6 +10,6 @@
 namespace lkbench {
 
 void ReadJobFile(Job& job, const std::string& path);
-void ReadJobText(Job& job, std::string_view toml, const std::string& path);  // `path` is for messages
+void ReadJobText(Job& job, std::string_view text, const std::string& path);  // TOML; `path` is for messages
 
 }  // namespace lkbench

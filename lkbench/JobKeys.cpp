@@ -198,6 +198,7 @@ std::span<const JobKey> JobKeys() { return kKeys; }
 
 std::vector<std::string> JobKeyNames() {
   std::vector<std::string> names;
+  names.reserve(kKeys.size());
   for (const JobKey& key : kKeys) names.push_back(key.name);
   return names;
 }

@@ -73,7 +73,7 @@ std::unique_ptr<CDriverBase> Layers::NewDriver() const {
   auto* driver = dynamic_cast<CDriverBase*>(object.get());
   if (driver == nullptr)
     throw PrepareError("the driver library " + m_driver.Path().string() + " has no class COracle8Driver");
-  object.release();
+  (void)object.release();
   return std::unique_ptr<CDriverBase>(driver);
 }
 

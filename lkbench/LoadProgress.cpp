@@ -33,7 +33,8 @@ void LoadProgress::Tick() {
 
 std::string LoadSummary(const LoadResult& result, const LoadPlan& plan) {
   const double seconds = static_cast<double>(result.elapsed) / 1e9;
-  return "loaded " + Plural(static_cast<std::uint64_t>(plan.last - plan.first + 1), "table") + " to scale " +
+  const int tables = plan.last - plan.first + 1;
+  return "loaded " + Plural(static_cast<std::uint64_t>(tables), "table") + " to scale " +
          Short(std::max(plan.base, plan.wanted)) + ": " + Grouped(result.rows) + " rows in " +
          Fixed(seconds, 1) + " s, " + PerSecond(result.rows, seconds);
 }

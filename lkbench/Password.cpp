@@ -68,7 +68,7 @@ std::string ReadPassword(const std::string& source) {
   if (source.starts_with("file:")) return FromFile(source.substr(5));
   SilentTerminal terminal;
   terminal.Write("Password: ");
-  const std::string password = terminal.ReadLine();
+  std::string password = terminal.ReadLine();
   terminal.Write("\n");
   return password;
 }

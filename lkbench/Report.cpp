@@ -67,11 +67,11 @@ std::string IntervalReport::Line(const WorkloadResult& so_far) {
   interval.Subtract(m_shown);
   const std::uint64_t executions = so_far.total.executions - m_executions;
   const std::uint64_t failures = so_far.total.failures - m_failures;
-  const std::string line = Padded(Fixed(static_cast<double>(so_far.elapsed) / 1e9, 0), 4) + " s  " +
-                           Padded(Rate(executions, so_far.elapsed - m_elapsed), 8) + " tx/s  failures " +
-                           Grouped(failures) + "  p50 " + Milliseconds(interval.Percentile(50)) + "  p95 " +
-                           Milliseconds(interval.Percentile(95)) + "  p99 " +
-                           Milliseconds(interval.Percentile(99)) + " ms";
+  std::string line = Padded(Fixed(static_cast<double>(so_far.elapsed) / 1e9, 0), 4) + " s  " +
+                     Padded(Rate(executions, so_far.elapsed - m_elapsed), 8) + " tx/s  failures " +
+                     Grouped(failures) + "  p50 " + Milliseconds(interval.Percentile(50)) + "  p95 " +
+                     Milliseconds(interval.Percentile(95)) + "  p99 " +
+                     Milliseconds(interval.Percentile(99)) + " ms";
   m_shown = so_far.total.latency;
   m_executions = so_far.total.executions;
   m_failures = so_far.total.failures;
@@ -103,7 +103,7 @@ std::string ProblemTable(const std::vector<ProblemLine>& problems) {
 std::vector<std::string> Doubts(const WorkloadResult& result) {
   std::vector<std::string> doubts;
   if (!IsOptimised())
-    doubts.push_back("lkbench was built without optimisation: its figures are not representative");
+    doubts.emplace_back("lkbench was built without optimisation: its figures are not representative");
   if (result.lost_users > 0)
     doubts.push_back(Plural(static_cast<std::uint64_t>(result.lost_users), "user") + " of " +
                      std::to_string(result.users) + " lost the session and ended early");

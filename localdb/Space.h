@@ -8,7 +8,7 @@
 
 namespace localdb {
 
-inline constexpr std::uintmax_t kMegabyte = 1024 * 1024;
+inline constexpr std::uintmax_t kMegabyte = std::uintmax_t{1024} * 1024;
 inline constexpr std::uintmax_t kSpaceToCreate = 128 * kMegabyte;  // what new data take, about
 inline constexpr std::uintmax_t kSpaceToRun = 32 * kMegabyte;      // what files grow by at a time, about
 

@@ -97,7 +97,7 @@ int CXact_Insert::InsertRow(COracle8Driver* pDriver, int nTableID, const LKStrin
   const __int64 nRowID = GenerateNextID();
   if (IsNoID(nRowID)) {
     m_Timer.SetEndTime(0, 0);
-    pLoader.release();  // kept: the loader is not freed on this path
+    (void)pLoader.release();  // kept: the loader is not freed on this path
     return 0;
   }
   pLoader->m_nCommitMode = OCI_DEFAULT;  // the host commits

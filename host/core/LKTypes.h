@@ -3,7 +3,7 @@
 // "%I64d" of a `long` argument depend on it. kept: not `long long`, although it is as wide.
 #pragma once
 
-typedef long __int64;
+typedef long __int64;  // NOLINT(bugprone-reserved-identifier): the name is the contract's
 typedef int BOOL;
 
 #ifndef TRUE

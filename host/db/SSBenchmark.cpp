@@ -21,7 +21,7 @@ CXact* CSSBenchmark::GetNewXactByID(int nXactID) {
   std::unique_ptr<wxObject> pObject((*found)->GetClassInfo()->CreateObject());
   auto* pXact = dynamic_cast<CXact*>(pObject.get());
   if (pXact == nullptr || pXact->CopyObject(found->get()) == 0) return nullptr;
-  pObject.release();
+  (void)pObject.release();
   return pXact;
 }
 

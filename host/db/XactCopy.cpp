@@ -3,6 +3,7 @@
 
 CXact::CXact(const CXact& other) : wxObject(other), CRestObject(other) { CXact::operator=(other); }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): every member is its own copy then
 CXact& CXact::operator=(const CXact& other) {
   m_szName = other.m_szName;
   m_szDescription = other.m_szDescription;

@@ -10,9 +10,10 @@
 namespace oracle8 {
 namespace {
 
-constexpr size_t kScalarWidth = 128;      // numbers, dates, timestamps and intervals as text, in any format
-constexpr size_t kLongWidth = 64 * 1024;  // LONG and LOB types, whose description gives no useful size
-constexpr size_t kBlockBytes = 1024 * 1024;
+constexpr size_t kScalarWidth = 128;  // numbers, dates, timestamps and intervals as text, in any format
+constexpr size_t kLongWidth =
+    size_t{64} * 1024;  // LONG and LOB types, whose description gives no useful size
+constexpr size_t kBlockBytes = size_t{1024} * 1024;
 constexpr size_t kMaxBlockRows = 100;
 
 size_t TextWidth(const ColumnDescription& column) {

@@ -60,7 +60,7 @@ LKString OciSession::Begin(const LKString& user, const LKString& password) {
   const sword status = OCISessionBegin(Service(), Error(), m_session.get(), OCI_CRED_RDBMS, OCI_DEFAULT);
   CheckError(status, L"begin the session");
   m_begun = true;
-  const LKString warning = Failed(status) ? ReadError(status, Error()).text : LKString();
+  LKString warning = Failed(status) ? ReadError(status, Error()).text : LKString();
   SetHandle(Service(), m_session.get(), OCI_ATTR_SESSION, Error(), L"set the session");
   return warning;
 }

@@ -9,7 +9,7 @@
 
 namespace ocimaria {
 
-void BindHandle::Set(void* values, sb4 size, ub2 type, void* indicators, ub2* lengths, ub2* codes) {
+void BindHandle::Set(void* values, sb4 size, ub2 type, void* indicators, const ub2* lengths, ub2* codes) {
   if (size < 0 || !ParameterColumn::Takes(type, static_cast<std::size_t>(size))) throw OraError(3115);
   m_values = static_cast<const char*>(values);
   m_size = static_cast<std::size_t>(size);

@@ -18,7 +18,7 @@ class BindHandle : public Handle {
   BindHandle() : Handle(kType) {}
 
   // Throws OraError 3115 for a type that cannot be bound or a size that does not suit it.
-  void Set(void* values, sb4 size, ub2 type, void* indicators, ub2* lengths, ub2* codes);
+  void Set(void* values, sb4 size, ub2 type, void* indicators, const ub2* lengths, ub2* codes);
   void SetSkips(ub4 value, ub4 indicator, ub4 length, ub4 code);
 
   ub2 DataType() const { return m_type; }

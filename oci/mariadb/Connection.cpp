@@ -62,7 +62,7 @@ void Connection::SetOptions(Purpose purpose) {
   const unsigned no_local_files = 0;
   mysql_options(m_mysql, MYSQL_OPT_LOCAL_INFILE, &no_local_files);
   if (!m_target.tls_required) return;
-  const my_bool enforce = 1, verify = m_target.verify_certificate;
+  const my_bool enforce = 1, verify = m_target.verify_certificate ? 1 : 0;
   mysql_options(m_mysql, MYSQL_OPT_SSL_ENFORCE, &enforce);
   mysql_options(m_mysql, MYSQL_OPT_SSL_VERIFY_SERVER_CERT, &verify);
   // Connector/C checks a certificate wherever it is given an authority, wanted or not.
@@ -122,7 +122,8 @@ void Connection::Throw(unsigned number, const char* text) {
 }
 
 void Connection::RequireRoomFor(std::size_t bytes) {
-  constexpr std::size_t kAlwaysFits = 8 * 1024 * 1024;  // half of the smallest limit that servers come with
+  constexpr std::size_t kAlwaysFits =
+      std::size_t{8} * 1024 * 1024;  // half of the smallest limit that servers come with
   constexpr std::size_t kHeader = 64;
   if (bytes <= kAlwaysFits) return;
   if (m_packet_limit == 0) m_packet_limit = std::stoul(Read("SELECT @@max_allowed_packet").at(0).at(0));
@@ -153,7 +154,7 @@ std::vector<std::vector<std::string>> Connection::Read(std::string_view text) {
                                                                         mysql_free_result);
   if (!result) Fail();
   std::vector<std::vector<std::string>> rows;
-  while (const MYSQL_ROW row = mysql_fetch_row(result.get())) {
+  while (MYSQL_ROW row = mysql_fetch_row(result.get())) {
     const unsigned long* lengths = mysql_fetch_lengths(result.get());
     auto& values = rows.emplace_back();
     for (unsigned i = 0; i < mysql_num_fields(result.get()); ++i)

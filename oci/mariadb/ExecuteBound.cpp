@@ -18,7 +18,8 @@ bool IsPlainInsert(const sql::Rewritten& sql) {
   if (sql.type != OCI_STMT_INSERT) return false;
   constexpr std::string_view kSelect = "SELECT";
   const auto same = [](unsigned char a, unsigned char b) { return std::toupper(a) == b; };
-  return std::ranges::search(sql.text, kSelect, same).empty();
+  return std::search(sql.text.begin(), sql.text.end(), kSelect.begin(), kSelect.end(), same) ==
+         sql.text.end();
 }
 
 class ArrayExecution {

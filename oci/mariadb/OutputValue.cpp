@@ -19,6 +19,8 @@ template <class... Cases>
 struct Match : Cases... {
   using Cases::operator()...;
 };
+template <class... Cases>
+Match(Cases...) -> Match<Cases...>;  // implied in C++20, but not by every compiler
 
 std::string DoubleText(double value) {
   char text[400];
@@ -124,7 +126,7 @@ std::size_t PutNumber(const OutputElement& to, const FetchedValue& value) {
   const std::string bytes = TextToOracleNumber(TextOf(value));
   char* at = to.value;
   if (to.type == SQLT_VNU) *at++ = static_cast<char>(bytes.size());
-  std::memcpy(at, bytes.data(), bytes.size());
+  std::memcpy(at, bytes.data(), bytes.size());  // NOLINT(bugprone-not-null-terminated-result): not a text
   return static_cast<std::size_t>(at - to.value) + bytes.size();
 }
 

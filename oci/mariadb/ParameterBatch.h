@@ -13,7 +13,7 @@ namespace ocimaria {
 
 class ParameterBatch {
  public:
-  static constexpr std::size_t kMostBytes = 8 * 1024 * 1024;
+  static constexpr std::size_t kMostBytes = std::size_t{8} * 1024 * 1024;
 
   explicit ParameterBatch(std::vector<ParameterColumn> columns) : m_columns(std::move(columns)) {}
 

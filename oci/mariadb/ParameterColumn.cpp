@@ -243,7 +243,7 @@ MYSQL_BIND ParameterColumn::ArrayBind(std::size_t first) {
   MYSQL_BIND bind{};
   bind.buffer_type = m_wire;
   bind.u.indicator = m_indicators.data() + first;
-  bind.is_unsigned = m_input.reading == Reading::kUnsigned;
+  bind.is_unsigned = m_input.reading == Reading::kUnsigned ? 1 : 0;
   if (m_wire == MYSQL_TYPE_LONGLONG || m_wire == MYSQL_TYPE_DOUBLE) {
     bind.buffer = m_numbers.data() + first;
     return bind;
@@ -262,7 +262,7 @@ MYSQL_BIND ParameterColumn::SingleBind(std::size_t row) {
   MYSQL_BIND bind{};
   bind.buffer_type = m_wire;
   bind.is_null = &m_indicators[row];
-  bind.is_unsigned = m_input.reading == Reading::kUnsigned;
+  bind.is_unsigned = m_input.reading == Reading::kUnsigned ? 1 : 0;
   if (m_wire == MYSQL_TYPE_LONGLONG || m_wire == MYSQL_TYPE_DOUBLE) {
     bind.buffer = &m_numbers[row];
   } else if (m_wire == MYSQL_TYPE_DATETIME) {

@@ -17,7 +17,8 @@ constexpr std::size_t kEnoughToRecognise = 24;  // bytes of the text at the plac
 bool SameLetter(unsigned char a, unsigned char b) { return std::toupper(a) == std::toupper(b); }
 
 std::size_t Find(std::string_view text, std::string_view wanted) {
-  return static_cast<std::size_t>(std::ranges::search(text, wanted, SameLetter).begin() - text.begin());
+  return static_cast<std::size_t>(
+      std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), SameLetter) - text.begin());
 }
 
 bool IsNameByte(unsigned char c) { return std::isalnum(c) || c == '_' || c == '$' || c == '#'; }

@@ -55,7 +55,7 @@ MYSQL_BIND ResultRows::BindFor(Cell& cell) {
   bind.buffer_type = cell.wire;
   bind.is_null = &cell.is_null;
   bind.length = &cell.length;
-  bind.is_unsigned = cell.is_unsigned;
+  bind.is_unsigned = cell.is_unsigned ? 1 : 0;
   if (cell.wire == MYSQL_TYPE_STRING) {
     bind.buffer = cell.text.data();
     bind.buffer_length = cell.text.size();
@@ -81,9 +81,10 @@ void ResultRows::PadTo(std::size_t column, std::size_t characters) {
 void ResultRows::Pad(Cell& cell) {
   const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };
   const auto text = cell.text.begin();
-  const auto characters = static_cast<std::size_t>(std::count_if(text, text + cell.length, begins));
+  const auto end = text + static_cast<std::ptrdiff_t>(cell.length);
+  const auto characters = static_cast<std::size_t>(std::count_if(text, end, begins));
   if (cell.is_null || cell.length == 0 || characters >= cell.pad_to) return;
-  std::fill_n(text + cell.length, cell.pad_to - characters, ' ');
+  std::fill_n(end, cell.pad_to - characters, ' ');
   cell.length += cell.pad_to - characters;
 }
 
