@@ -25,11 +25,17 @@ nightly:
 	$(configure)
 	cmake --build --preset $(PRESET)
 	LK_DRAWS=$(DRAWS) ctest --preset $(PRESET) -L draws
-bench:  # the small parts, over an OCI that does nothing
+# The small parts, then every comparison, or one: make bench ONLY=load; writes docs/performance.md. Plots are drawn by
+# Debian's own Python, which has the package for it.
+bench:
 	scripts/install-packages bench
 	$(configure) -DLK_BUILD_BENCH=ON
-	cmake --build --preset $(PRESET) --target lkbench_micro
-	build/$(PRESET)/bin/lkbench_micro
+	cmake --build --preset $(PRESET) --target lkbench bench/all
+ifndef ONLY
+	mkdir -p build/bench
+	build/$(PRESET)/bin/lkbench_micro --benchmark_repetitions=3 --benchmark_out=build/bench/micro.json
+endif
+	/usr/bin/python3 -B bench/compare --binaries build/$(PRESET)/bin $(if $(ONLY),--only $(ONLY)) $(if $(ROUNDS),--rounds $(ROUNDS))
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan

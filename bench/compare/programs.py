@@ -1,0 +1,71 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Programs that are measured: started, waited for, their processor time taken from the kernel."""
+import dataclasses
+import os
+import pathlib
+import shlex
+import subprocess
+import tempfile
+import time
+
+
+class Broken(Exception):
+    """One line: what went wrong and where."""
+
+
+@dataclasses.dataclass(frozen=True)
+class Run:
+    output: str
+    seconds: float  # from start to end
+    cpu_seconds: float  # of the process and the children it waited for
+
+
+def text_of(command):
+    """A command as it is shown: programs by their names, folders of this run left out."""
+    return " ".join(shlex.quote(word) for word in [pathlib.Path(command[0]).name, *map(str, command[1:])])
+
+
+def run(command, patience=180, **options):
+    """Runs a program to its end. Output and errors come together. Raises Broken when it fails or takes too long."""
+    command = [str(word) for word in command]
+    with tempfile.TemporaryFile() as output:
+        began = time.monotonic()
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT, **options)
+        status, usage = _wait(process, began + patience)
+        seconds = time.monotonic() - began
+        output.seek(0)
+        text = output.read().decode(errors="replace")
+    if status is None:
+        raise Broken(f"`{text_of(command)}` did not end within {patience} s")
+    if status != 0:
+        last = text.strip().splitlines()[-1:] or ["no output"]
+        raise Broken(f"`{text_of(command)}` ended with {status}: {last[0]}")
+    return Run(text, seconds, usage.ru_utime + usage.ru_stime)
+
+
+def _wait(process, deadline):
+    """(exit code, resource usage); (None, usage) after the deadline, and then the process is killed."""
+    late = False
+    while True:
+        pid, status, usage = os.wait4(process.pid, os.WNOHANG if not late else 0)
+        if pid:
+            process.returncode = os.waitstatus_to_exitcode(status)
+            return (None if late else process.returncode), usage
+        if time.monotonic() > deadline:
+            process.kill()
+            late = True
+        time.sleep(0.002)
+
+
+def cpu_seconds_of(pid):
+    """The processor time that a living process has used so far."""
+    fields = pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def resident_bytes_of(pid):
+    """The memory of a living process that is its own (anonymous pages), not that of files it has mapped."""
+    for line in pathlib.Path(f"/proc/{pid}/status").read_text().splitlines():
+        if line.startswith("RssAnon:"):
+            return int(line.split()[1]) * 1024
+    raise Broken(f"process {pid} tells no memory: it has ended")
