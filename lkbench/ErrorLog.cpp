@@ -2,10 +2,10 @@
 #include "lkbench/ErrorLog.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 #include "lkbench/Text.h"
+#include "lkbench/workload/ErrorClass.h"
 
 namespace lkbench {
 namespace {
@@ -63,12 +63,7 @@ std::string ErrorLog::Last() const {
   return m_last;
 }
 
-bool IsSessionLoss(long code) {
-  // Session killed, not logged on, shutdown, end of file on the channel, not connected, lost contact, TNS.
-  static constexpr std::array kLost = {28L,   1012L,  1089L,  3113L,  3114L,
-                                       3135L, 12537L, 12541L, 12547L, 12571L};
-  return std::ranges::find(kLost, code) != kLost.end();
-}
+bool IsSessionLoss(long code) { return ClassOf(code, {}) == ErrorClass::kSessionLost; }
 
 std::string DatabaseText(const std::string& text) {
   const size_t begin = text.find("ORA-");

@@ -9,18 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "lkbench/workload/Phase.h"
+
 namespace lkbench {
 
 struct ColumnType {
   std::string type;  // SQL text, e.g. VARCHAR2(20)
   int weight = 1;    // relative frequency
   bool nullable = false;
-};
-
-struct Mix {  // relative weights of the workload's transactions
-  int insert = 40;
-  int update = 40;
-  int remove = 20;
 };
 
 enum class LogLevel { kWarning, kInfo, kDebug };

@@ -30,7 +30,7 @@ Json Totals(const XactTotals& totals, std::uint64_t elapsed) {
           {"failures", totals.failures},
           {"rows", totals.rows},
           {"rate_per_s", PerSecond(totals.executions, elapsed)},
-          {"latency_ns", Times(totals.latency)},
+          {"latency_ns", Times(totals.response)},
           {"database_ns", Times(totals.database)}};
 }
 

@@ -42,7 +42,7 @@ void AppendTimes(Row& row, const HistogramData& times) {
 Row CountsRow(const XactTotals& totals, std::uint64_t elapsed) {
   Row row = {totals.name, Grouped(totals.executions), Grouped(totals.failures), Grouped(totals.rows),
              Rate(totals.executions, elapsed)};
-  AppendTimes(row, totals.latency);
+  AppendTimes(row, totals.response);
   return row;
 }
 
@@ -63,7 +63,7 @@ bool IsOptimised() {
 }  // namespace
 
 std::string IntervalReport::Line(const WorkloadResult& so_far) {
-  HistogramData interval = so_far.total.latency;
+  HistogramData interval = so_far.total.response;
   interval.Subtract(m_shown);
   const std::uint64_t executions = so_far.total.executions - m_executions;
   const std::uint64_t failures = so_far.total.failures - m_failures;
@@ -72,7 +72,7 @@ std::string IntervalReport::Line(const WorkloadResult& so_far) {
                      Grouped(failures) + "  p50 " + Milliseconds(interval.Percentile(50)) + "  p95 " +
                      Milliseconds(interval.Percentile(95)) + "  p99 " +
                      Milliseconds(interval.Percentile(99)) + " ms";
-  m_shown = so_far.total.latency;
+  m_shown = so_far.total.response;
   m_executions = so_far.total.executions;
   m_failures = so_far.total.failures;
   m_elapsed = so_far.elapsed;
@@ -109,7 +109,7 @@ std::vector<std::string> Doubts(const WorkloadResult& result) {
                      std::to_string(result.users) + " lost the session and ended early");
   std::vector<std::string> few;
   for (const XactTotals& totals : result.xacts)
-    if (totals.latency.Count() > 0 && totals.latency.Count() < 100) few.push_back(totals.name);
+    if (totals.response.Count() > 0 && totals.response.Count() < 100) few.push_back(totals.name);
   if (!few.empty()) doubts.push_back("p99 of fewer than 100 executions is their maximum: " + Join(few, ", "));
   return doubts;
 }

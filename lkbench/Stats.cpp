@@ -21,20 +21,12 @@ void XactStats::Record(const Execution& execution) {
   Raise(m_executions, 1);
 }
 
-void XactTotals::Add(const XactStats& stats) {
-  executions += stats.m_executions.load(std::memory_order_relaxed);
-  failures += stats.m_failures.load(std::memory_order_relaxed);
-  rows += stats.m_rows.load(std::memory_order_relaxed);
-  stats.m_latency.AddTo(latency);
-  stats.m_database.AddTo(database);
-}
-
-void XactTotals::Add(const XactTotals& other) {
-  executions += other.executions;
-  failures += other.failures;
-  rows += other.rows;
-  latency.Add(other.latency);
-  database.Add(other.database);
+void AddTo(XactTotals& totals, const XactStats& stats) {
+  totals.executions += stats.m_executions.load(std::memory_order_relaxed);
+  totals.failures += stats.m_failures.load(std::memory_order_relaxed);
+  totals.rows += stats.m_rows.load(std::memory_order_relaxed);
+  stats.m_latency.AddTo(totals.response);
+  stats.m_database.AddTo(totals.database);
 }
 
 }  // namespace lkbench

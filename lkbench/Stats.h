@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "lkbench/Histogram.h"
+#include "lkbench/workload/RunRecord.h"
 
 namespace lkbench {
 
@@ -25,7 +26,7 @@ class alignas(64) XactStats {
   void Record(const Execution& execution);  // the user's thread
 
  private:
-  friend struct XactTotals;
+  friend void AddTo(struct XactTotals& totals, const XactStats& stats);
   std::atomic<std::uint64_t> m_executions{0};
   std::atomic<std::uint64_t> m_failures{0};
   std::atomic<std::uint64_t> m_rows{0};
@@ -33,19 +34,7 @@ class alignas(64) XactStats {
   Histogram m_database;
 };
 
-struct XactTotals {
-  std::string name;
-  std::string class_name;
-  int id = 0;
-  std::uint64_t executions = 0;  // failures included
-  std::uint64_t failures = 0;
-  std::uint64_t rows = 0;
-  HistogramData latency;
-  HistogramData database;
-
-  void Add(const XactStats& stats);
-  void Add(const XactTotals& other);
-};
+void AddTo(XactTotals& totals, const XactStats& stats);
 
 struct WorkloadResult {
   std::vector<XactTotals> xacts;

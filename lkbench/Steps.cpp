@@ -11,14 +11,15 @@
 namespace lkbench {
 namespace {
 
-struct Phase {
+struct Moment {
   const char* name;
   int (CXact::*call)();
 };
 
-constexpr std::array kWork = {Phase{"PreBenchmark", &CXact::PreBenchmark},
-                              Phase{"PreIteration", &CXact::PreIteration}, Phase{"Execute", &CXact::Execute}};
-constexpr Phase kEnd = {"PostBenchmark", &CXact::PostBenchmark};
+constexpr std::array kWork = {Moment{"PreBenchmark", &CXact::PreBenchmark},
+                              Moment{"PreIteration", &CXact::PreIteration},
+                              Moment{"Execute", &CXact::Execute}};
+constexpr Moment kEnd = {"PostBenchmark", &CXact::PostBenchmark};
 
 // One step of one set of users, while it lasts.
 class Step {
@@ -27,7 +28,7 @@ class Step {
       : m_barrier(users), m_cancel(cancel), m_breaker(breaker) {}
 
   void RunUser(StepShare& share) {
-    for (const Phase& phase : kWork) {
+    for (const Moment& phase : kWork) {
       if (&phase == kWork.data() || !m_cancel.IsSet()) {
         const CallBreaker::Scope breakable(m_breaker, share.user->Driver());
         for (const auto& xact : share.xacts) Call(share, phase, *xact);
@@ -49,7 +50,7 @@ class Step {
   }
 
  private:
-  void Call(StepShare& share, const Phase& phase, CXact& xact) {
+  void Call(StepShare& share, const Moment& phase, CXact& xact) {
     const std::string what = xact.GetName().ToChar() + ", " + phase.name;
     if (Guarded(*share.user, what, [&] { return (xact.*phase.call)(); }) > 0) return;
     {
@@ -72,7 +73,7 @@ class Step {
 bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact) {
   const CallBreaker::Scope breakable(breaker, user.Driver());
   int result = 1;
-  for (const Phase& phase : kWork)
+  for (const Moment& phase : kWork)
     if (result > 0) result = Guarded(user, xact.GetName().ToChar(), [&] { return (xact.*phase.call)(); });
   Guarded(user, xact.GetName().ToChar(), [&] { return xact.PostBenchmark(); });
   return result > 0;

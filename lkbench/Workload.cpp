@@ -171,7 +171,7 @@ WorkloadResult Workload::Merge(Clock::time_point begin, Clock::time_point end) c
     totals.name = xact.GetName().ToChar();
     totals.class_name = wxString(xact.GetClassInfo()->GetClassName()).ToStdString();
     totals.id = xact.GetXactID();
-    for (const WorkloadUser& user : m_users) totals.Add(user.shares[i]->stats);
+    for (const WorkloadUser& user : m_users) AddTo(totals, user.shares[i]->stats);
     result.total.Add(totals);
     result.xacts.push_back(std::move(totals));
   }

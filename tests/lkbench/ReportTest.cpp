@@ -21,7 +21,7 @@ WorkloadResult TwoTransactions() {
     stats.Record(Execution{});
     XactTotals totals;
     totals.name = name;
-    totals.Add(stats);
+    AddTo(totals, stats);
     result.total.Add(totals);
     result.xacts.push_back(totals);
   }
@@ -45,7 +45,7 @@ TEST(Report, AnIntervalLineTellsOfItsOwnInterval) {
   EXPECT_EQ(report.Line(so_far), "   1 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
   XactStats more;
   for (int i = 0; i < 5; ++i) more.Record(Done(1'000'000, 1));
-  so_far.total.Add(more);
+  AddTo(so_far.total, more);
   so_far.elapsed = 2'000'000'000;
   EXPECT_THAT(report.Line(so_far), HasSubstr("5.0 tx/s  failures 0  p50 1.00"));
 }

@@ -70,7 +70,7 @@ TEST_F(WorkloadTest, EveryExecutionOfEveryUserIsCountedAndCommitted) {
   EXPECT_GE(result.total.executions, 3000u);
   EXPECT_EQ(result.total.rows, result.total.executions);
   EXPECT_EQ(result.total.failures, 0u);
-  EXPECT_EQ(result.total.latency.Count(), result.total.executions);
+  EXPECT_EQ(result.total.response.Count(), result.total.executions);
   EXPECT_EQ(result.total.database.Count(), result.total.executions);
   EXPECT_EQ(m_users.Happened().Count("PostBenchmark"), 3);
 }
@@ -82,7 +82,7 @@ TEST_F(WorkloadTest, TheTotalIsTheSumOfItsParts) {
   ASSERT_EQ(result.xacts.size(), 2u);
   EXPECT_EQ(result.xacts[0].executions + result.xacts[1].executions, result.total.executions);
   EXPECT_EQ(result.xacts[0].rows + result.xacts[1].rows, result.total.rows);
-  EXPECT_EQ(result.xacts[0].latency.Sum() + result.xacts[1].latency.Sum(), result.total.latency.Sum());
+  EXPECT_EQ(result.xacts[0].response.Sum() + result.xacts[1].response.Sum(), result.total.response.Sum());
   EXPECT_EQ(result.xacts[0].name, "First");
 }
 
@@ -99,7 +99,7 @@ TEST_F(WorkloadTest, AFailureIsRolledBackAndKeptOutOfTheTimes) {
   AddToAll(1, Until(300, [this](FakeXact& xact) { return m_calls % 2 == 0 ? OneRow(xact) : 0; }));
   const WorkloadResult result = Run();
   EXPECT_GT(result.total.failures, 0u);
-  EXPECT_EQ(result.total.latency.Count() + result.total.failures, result.total.executions);
+  EXPECT_EQ(result.total.response.Count() + result.total.failures, result.total.executions);
   EXPECT_GE(m_users.Happened().Count("rollback"), static_cast<int>(result.total.failures));
 }
 
@@ -124,7 +124,7 @@ TEST_F(WorkloadTest, ATransactionThatEndsWithoutItsTimerHasNoDatabaseTime) {
   AddToAll(1, Until(30, [](FakeXact&) { return 1; }));
   const WorkloadResult result = Run();
   EXPECT_EQ(result.total.database.Count(), 0u);
-  EXPECT_GE(result.total.latency.Count(), 1u);
+  EXPECT_GE(result.total.response.Count(), 1u);
 }
 
 TEST_F(WorkloadTest, TheTimerOfTheExecutionBeforeIsNotTakenAgain) {
