@@ -4,6 +4,8 @@
 #include <errmsg.h>
 #include <mysqld_error.h>
 
+#include "oci/mariadb/KeptStatements.h"
+#include "oci/mariadb/LeanLink.h"
 #include "oci/mariadb/Library.h"
 #include "oci/mariadb/LinkWatch.h"
 #include "oci/mariadb/ServerFailure.h"
@@ -32,7 +34,10 @@ void FreeResult(MYSQL* mysql) {
 }  // namespace
 
 Connection::Connection(ConnectTarget target, Credentials credentials, Purpose purpose)
-    : m_target(std::move(target)), m_credentials(std::move(credentials)), m_mysql(nullptr) {
+    : m_target(std::move(target)),
+      m_credentials(std::move(credentials)),
+      m_mysql(nullptr),
+      m_kept(std::make_unique<KeptStatements>()) {
   UseClientLibrary();
   m_mysql = mysql_init(nullptr);
   if (!m_mysql) throw std::bad_alloc();
@@ -90,6 +95,7 @@ void Connection::Open(Purpose purpose) {
   if (purpose == Purpose::kSession) {
     Run(std::string("SET ") + sql::kSessionSettings + kTransactionSettings);
     WatchLink(m_mysql, m_target.link_timeout);
+    m_link = std::make_unique<LeanLink>(m_mysql);
   }
   m_established = true;
 }
@@ -199,10 +205,18 @@ std::string Connection::Literal(std::string_view text) {
 
 std::string Connection::ServerVersion() { return mysql_get_server_info(Native()); }
 
+void Connection::CloseStatement(MYSQL_STMT* statement) {
+  if (m_link)
+    m_link->Close(statement);
+  else
+    mysql_stmt_close(statement);
+}
+
 void Connection::Close() {
   if (m_mysql && m_id != 0) trace::ConnectionEvent(m_id, "closed");
-  if (m_mysql) mysql_close(m_mysql);
+  if (m_mysql) mysql_close(m_mysql);  // the server forgets its statements with the connection
   m_mysql = nullptr;
+  m_kept->Clear();
   m_lost = false;
 }
 

@@ -26,6 +26,9 @@
 
 namespace ocimaria {
 
+class KeptStatements;
+class LeanLink;
+
 struct Credentials {
   std::string user;
   std::string password;
@@ -76,6 +79,9 @@ class Connection {
   bool Lost() const { return m_lost; }  // found gone, and not closed since
   void Close();
 
+  KeptStatements& Kept() { return *m_kept; }
+  void CloseStatement(MYSQL_STMT* statement);
+
   CallState& Calls() { return m_calls; }
   unsigned long Id() const { return m_id; }
   const ConnectTarget& Target() const { return m_target; }
@@ -94,6 +100,7 @@ class Connection {
 
   const ConnectTarget m_target;
   const Credentials m_credentials;
+  std::unique_ptr<LeanLink> m_link;  // of a session that stands
   MYSQL* m_mysql;
   unsigned long m_id = 0;
   bool m_established = false;
@@ -102,6 +109,7 @@ class Connection {
   std::atomic<bool> m_lost{false};  // asked for by other handles too
   CallState m_calls;
   std::mutex m_use;
+  const std::unique_ptr<KeptStatements> m_kept;
 };
 
 // One call on a connection: other threads' calls wait, an interrupt finds it.

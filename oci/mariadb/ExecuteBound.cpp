@@ -2,9 +2,6 @@
 // DML with binds, for one element or an array of them. An INSERT of rows travels in bulk. The server undoes a
 // bulk INSERT whole when a row fails and does not say which: the rows are then sent again by halves until the
 // failing one is found, so that the rows before it stay, as in Oracle. Other DML runs element by element.
-#include <algorithm>
-#include <cctype>
-
 #include "oci/mariadb/Execute.h"
 #include "oci/mariadb/ServerFailure.h"
 #include "oci/mariadb/TraceEvents.h"
@@ -12,23 +9,13 @@
 namespace ocimaria {
 namespace {
 
-// INSERT … VALUES and no query inside: only of that the server makes one atomic statement. The word may stand
-// in a literal too; the insert is then merely slower.
-bool IsPlainInsert(const sql::Rewritten& sql) {
-  if (sql.type != OCI_STMT_INSERT) return false;
-  constexpr std::string_view kSelect = "SELECT";
-  const auto same = [](unsigned char a, unsigned char b) { return std::toupper(a) == b; };
-  return std::search(sql.text.begin(), sql.text.end(), kSelect.begin(), kSelect.end(), same) ==
-         sql.text.end();
-}
-
 class ArrayExecution {
  public:
   ArrayExecution(StatementHandle& statement, const ExecuteRequest& request)
       : m_statement(statement),
         m_request(request),
         m_parameters(statement.ParameterColumns()),
-        m_in_bulk(IsPlainInsert(statement.Sql())) {}
+        m_in_bulk(statement.Parsed().is_plain_insert) {}
 
   // Throws the error of the first element that fails, unless errors are collected.
   void Run() {

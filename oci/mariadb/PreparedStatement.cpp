@@ -8,14 +8,13 @@
 #include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
-PreparedStatement::PreparedStatement(std::shared_ptr<Connection> connection, std::string text,
-                                     unsigned parameters)
-    : m_connection(std::move(connection)),
+PreparedStatement::PreparedStatement(Connection& connection, std::string text, unsigned parameters)
+    : m_connection(connection),
       m_text(std::move(text)),
       m_parameters(parameters),
-      m_statement(Open(m_connection->Native())) {}
+      m_statement(Open(m_connection.Native())) {}
 
-PreparedStatement::~PreparedStatement() { mysql_stmt_close(m_statement); }
+PreparedStatement::~PreparedStatement() { m_connection.CloseStatement(m_statement); }
 
 MYSQL_STMT* PreparedStatement::Open(MYSQL* mysql) {
   MYSQL_STMT* statement = mysql_stmt_init(mysql);
@@ -27,15 +26,16 @@ MYSQL_STMT* PreparedStatement::Open(MYSQL* mysql) {
 
 void PreparedStatement::Prepare() {
   if (m_prepared) return;
-  m_connection->Native();
-  m_connection->RequireRoomFor(m_text.size());
-  const trace::RoundTrip trip(m_connection->Id(), "prepare", m_text);
+  m_connection.Native();
+  m_connection.RequireRoomFor(m_text.size());
+  const trace::RoundTrip trip(m_connection.Id(), "prepare", m_text);
   Check(mysql_stmt_prepare(m_statement, m_text.data(), m_text.size()));
   m_prepared = true;
 }
 
 std::uint64_t PreparedStatement::Execute(MYSQL_BIND* binds, unsigned array_size) {
-  m_connection->Native();
+  m_connection.Native();
+  m_succeeded = false;
   int status = Send(binds, array_size);
   // The client library takes no result with more or fewer columns than were prepared.
   if (status != 0 && mysql_stmt_errno(m_statement) == CR_NEW_STMT_METADATA) {
@@ -43,7 +43,7 @@ std::uint64_t PreparedStatement::Execute(MYSQL_BIND* binds, unsigned array_size)
     status = Send(binds, array_size);
   }
   Check(status);
-  m_prepared = true;
+  m_prepared = m_succeeded = true;
   return FieldCount() == 0 ? mysql_stmt_affected_rows(m_statement) : 0;
 }
 
@@ -52,19 +52,19 @@ int PreparedStatement::Send(MYSQL_BIND* binds, unsigned array_size) {
   mysql_stmt_attr_set(m_statement, STMT_ATTR_ARRAY_SIZE, &array_size);
   if (m_parameters > 0) Check(mysql_stmt_bind_param(m_statement, binds));
   if (m_prepared) {
-    const trace::RoundTrip trip(m_connection->Id(), "execute");
+    const trace::RoundTrip trip(m_connection.Id(), "execute");
     return mysql_stmt_execute(m_statement);
   }
-  m_connection->RequireRoomFor(m_text.size());
-  const trace::RoundTrip trip(m_connection->Id(), "prepare and execute", m_text);
+  m_connection.RequireRoomFor(m_text.size());
+  const trace::RoundTrip trip(m_connection.Id(), "prepare and execute", m_text);
   return mariadb_stmt_execute_direct(m_statement, m_text.data(), m_text.size());
 }
 
 void PreparedStatement::Reopen() {
-  mysql_stmt_close(m_statement);  // reads what the failed execution left unread
+  m_connection.CloseStatement(m_statement);  // reads what the failed execution left unread
   m_prepared = false;
   m_statement = nullptr;
-  m_statement = Open(m_connection->Native());
+  m_statement = Open(m_connection.Native());
 }
 
 void PreparedStatement::StoreResult() { Check(mysql_stmt_store_result(m_statement)); }
@@ -79,7 +79,7 @@ bool PreparedStatement::Fetch(MYSQL_BIND* results) {
 }
 
 void PreparedStatement::Fail() {
-  m_connection->Throw(mysql_stmt_errno(m_statement), mysql_stmt_error(m_statement));
+  m_connection.Throw(mysql_stmt_errno(m_statement), mysql_stmt_error(m_statement));
 }
 
 }  // namespace ocimaria

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // A statement that the server has prepared, on one connection, for as many executions as wanted. Results are
-// stored whole, so the connection is free for the next statement at once.
+// stored whole, so the connection is free for the next statement at once. It must not outlive its connection.
 // Threads: as the connection that it belongs to. Round trips: stated at each operation; closing needs none.
 #pragma once
 
 #include <mysql.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "oci/mariadb/Connection.h"
@@ -17,7 +17,7 @@ namespace ocimaria {
 
 class PreparedStatement {
  public:
-  PreparedStatement(std::shared_ptr<Connection> connection, std::string text, unsigned parameters);
+  PreparedStatement(Connection& connection, std::string text, unsigned parameters);
   ~PreparedStatement();
   PreparedStatement(const PreparedStatement&) = delete;
   PreparedStatement& operator=(const PreparedStatement&) = delete;
@@ -43,7 +43,11 @@ class PreparedStatement {
   const MYSQL_FIELD* Fields() const { return m_statement->fields; }
   unsigned FieldCount() const { return m_statement->field_count; }
 
-  Connection& Session() { return *m_connection; }
+  Connection& Session() { return m_connection; }
+  std::string_view Text() const { return m_text; }
+
+  // As good as new for the next handle with this text: it returns no rows and its last execution succeeded.
+  bool IsReusable() const { return m_succeeded && FieldCount() == 0; }
 
  private:
   static MYSQL_STMT* Open(MYSQL* mysql);
@@ -54,11 +58,12 @@ class PreparedStatement {
     if (status != 0) Fail();
   }
 
-  std::shared_ptr<Connection> m_connection;
+  Connection& m_connection;
   std::string m_text;
   unsigned m_parameters;
   MYSQL_STMT* m_statement;
   bool m_prepared = false;
+  bool m_succeeded = false;
 };
 
 }  // namespace ocimaria

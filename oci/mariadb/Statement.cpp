@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "oci/mariadb/KeptStatements.h"
 #include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
@@ -16,16 +17,12 @@ std::string PlaceholderName(std::string_view name) {
   return upper;
 }
 
-// The server takes a block's NO_DATA_FOUND that nobody handles for a warning and goes on; Oracle ends the
-// block.
-std::string RaisingNoData(const std::string& block) {
-  return "BEGIN " + block +
-         "\nEXCEPTION WHEN NO_DATA_FOUND THEN SIGNAL SQLSTATE '45000' SET MYSQL_ERRNO = 1329, MESSAGE_TEXT = "
-         "'no data "
-         "found'; END;";
-}
-
 }  // namespace
+
+const std::shared_ptr<const ParsedText>& StatementHandle::NoText() {
+  static const auto& none = *new auto(std::make_shared<const ParsedText>());  // outlives every handle
+  return none;
+}
 
 StatementHandle::~StatementHandle() { Release(); }
 
@@ -35,7 +32,6 @@ void StatementHandle::Release() {
   for (const auto& define : m_defines)
     if (define) Unregister(define->Token(), DefineHandle::kType);
   m_binds.clear();
-  m_masks.clear();
   m_defines.clear();
   description.reset();
   executed = false;
@@ -49,7 +45,7 @@ void StatementHandle::ClosePrepared() {
   rows.reset();
   if (!m_prepared) return;
   CallScope scope(*m_connection);  // closing writes to the connection
-  m_prepared.reset();
+  m_connection->Kept().Give(std::move(m_prepared));
 }
 
 void StatementHandle::Prepare(std::string_view text) {
@@ -57,12 +53,15 @@ void StatementHandle::Prepare(std::string_view text) {
   m_is_prepared = false;
   m_text = text;
   trace::SqlGiven(Token(), text);
-  m_sql = {};
-  m_sql.type = sql::StatementType(text);
-  m_sql = sql::Rewrite(text);
-  if (m_sql.is_block) m_sql.text = RaisingNoData(m_sql.text);
-  m_binds.resize(m_sql.placeholders.size());
-  m_masks.resize(m_sql.placeholders.size());
+  m_parsed = NoText();
+  try {
+    m_parsed = Parse(text);
+  } catch (...) {
+    m_type = sql::StatementType(text);
+    throw;
+  }
+  m_type = Sql().type;
+  m_binds.resize(Sql().placeholders.size());
   m_is_prepared = true;
 }
 
@@ -74,18 +73,18 @@ std::vector<std::size_t> StatementHandle::PlacesNamed(std::string_view name) con
   RequirePrepared();
   const std::string wanted = PlaceholderName(name);
   std::vector<std::size_t> places;
-  for (std::size_t i = 0; i < m_sql.placeholders.size(); ++i)
-    if (m_sql.placeholders[i].name == wanted) places.push_back(i);
+  for (std::size_t i = 0; i < Sql().placeholders.size(); ++i)
+    if (Sql().placeholders[i].name == wanted) places.push_back(i);
   if (places.empty()) throw OraError(1036);
   return places;
 }
 
 std::vector<std::size_t> StatementHandle::PlacesAt(ub4 position) const {
   RequirePrepared();
-  if (position == 0 || position > m_sql.placeholders.size()) throw OraError(1036);
-  if (!m_sql.is_block) return {position - 1};
+  if (position == 0 || position > Sql().placeholders.size()) throw OraError(1036);
+  if (!Sql().is_block) return {position - 1};
   std::vector<std::string_view> names;
-  for (const auto& placeholder : m_sql.placeholders)
+  for (const auto& placeholder : Sql().placeholders)
     if (std::ranges::find(names, placeholder.name) == names.end()) names.push_back(placeholder.name);
   if (position > names.size()) throw OraError(1036);
   return PlacesNamed(names[position - 1]);
@@ -102,11 +101,10 @@ void StatementHandle::SetBind(const std::vector<std::size_t>& places,
 
 std::vector<ParameterColumn> StatementHandle::ParameterColumns() {
   std::vector<ParameterColumn> columns;
+  columns.reserve(m_binds.size());
   for (std::size_t i = 0; i < m_binds.size(); ++i) {
     if (!m_binds[i]) throw OraError(1008);
-    const std::string& mask = m_sql.placeholders[i].date_mask;
-    if (!mask.empty() && !m_masks[i]) m_masks[i] = std::make_shared<sql::DateMask>(mask);
-    columns.emplace_back(m_binds[i], m_masks[i]);
+    columns.emplace_back(m_binds[i], m_parsed->masks[i]);
   }
   return columns;
 }
@@ -127,17 +125,18 @@ void StatementHandle::UseConnection(const std::shared_ptr<Connection>& connectio
 
 sql::ErrorContext StatementHandle::FailureContext() const {
   sql::ErrorContext context;
-  context.statement_type = m_sql.type;
-  context.is_ddl = m_sql.is_ddl;
-  context.is_block = m_sql.is_block;
-  context.no_wait = m_sql.no_wait;
-  context.table = m_sql.target_table;
+  context.statement_type = Sql().type;
+  context.is_ddl = Sql().is_ddl;
+  context.is_block = Sql().is_block;
+  context.no_wait = Sql().no_wait;
+  context.table = Sql().target_table;
   context.schema = m_connection->Target().schema;
   return context;
 }
 
 PreparedStatement& StatementHandle::Prepared() {
-  if (!m_prepared) m_prepared = std::make_unique<PreparedStatement>(m_connection, m_sql.text, BindCount());
+  if (!m_prepared) m_prepared = m_connection->Kept().Take(Sql().text);
+  if (!m_prepared) m_prepared = std::make_unique<PreparedStatement>(*m_connection, Sql().text, BindCount());
   return *m_prepared;
 }
 

@@ -14,11 +14,10 @@
 #include "oci/mariadb/Description.h"
 #include "oci/mariadb/Handles.h"
 #include "oci/mariadb/ParameterBatch.h"
+#include "oci/mariadb/ParsedText.h"
 #include "oci/mariadb/PreparedStatement.h"
 #include "oci/mariadb/ResultRows.h"
-#include "oci/mariadb/sql/DateMask.h"
 #include "oci/mariadb/sql/ErrorMap.h"
-#include "oci/mariadb/sql/Rewrite.h"
 
 namespace ocimaria {
 
@@ -31,17 +30,18 @@ class StatementHandle : public Handle {
   // Takes a new text and drops everything of the old one. No round trip. Throws OraError.
   void Prepare(std::string_view text);
   bool IsPrepared() const { return m_is_prepared; }
-  void RequirePrepared() const;                        // throws OraError 24337
-  const std::string& Text() const { return m_text; }   // as the caller wrote it
-  const sql::Rewritten& Sql() const { return m_sql; }  // as the server gets it
-  ub2 StatementType() const { return m_sql.type; }
+  void RequirePrepared() const;                       // throws OraError 24337
+  const std::string& Text() const { return m_text; }  // as the caller wrote it
+  const ParsedText& Parsed() const { return *m_parsed; }
+  const sql::Rewritten& Sql() const { return m_parsed->sql; }  // as the server gets it
+  ub2 StatementType() const { return m_type; }
 
   // The placeholders that a bind means: a position counts from 1; in a block each name has one position,
   // elsewhere each occurrence has its own. Throws OraError 1036.
   std::vector<std::size_t> PlacesAt(ub4 position) const;
   std::vector<std::size_t> PlacesNamed(std::string_view name) const;
   void SetBind(const std::vector<std::size_t>& places, const std::shared_ptr<BindHandle>& bind);
-  ub4 BindCount() const { return static_cast<ub4>(m_sql.placeholders.size()); }
+  ub4 BindCount() const { return static_cast<ub4>(Sql().placeholders.size()); }
 
   // One column for each placeholder. Throws OraError 1008 when one is not bound.
   std::vector<ParameterColumn> ParameterColumns();
@@ -65,14 +65,15 @@ class StatementHandle : public Handle {
   ub2 parse_error_offset = 0;
 
  private:
+  static const std::shared_ptr<const ParsedText>& NoText();
   void Release();  // what the old text left
   void ClosePrepared();
 
   bool m_is_prepared = false;
   std::string m_text;
-  sql::Rewritten m_sql;
-  std::vector<std::shared_ptr<BindHandle>> m_binds;  // by placeholder
-  std::vector<std::shared_ptr<const sql::DateMask>> m_masks;
+  ub2 m_type = OCI_STMT_UNKNOWN;  // known of a text that cannot be prepared, too
+  std::shared_ptr<const ParsedText> m_parsed = NoText();
+  std::vector<std::shared_ptr<BindHandle>> m_binds;      // by placeholder
   std::vector<std::shared_ptr<DefineHandle>> m_defines;  // by position, from 0; some null
   std::shared_ptr<Connection> m_connection;
   std::unique_ptr<PreparedStatement> m_prepared;

@@ -44,8 +44,9 @@ std::size_t WordLength(std::string_view text) {
 }
 
 const Spelling* FindSpelling(std::string_view mask) {
+  const char first = ToUpper(mask.front());
   const auto found = std::ranges::find_if(kSpellings, [&](const Spelling& spelling) {
-    return EqualsUpper(mask.substr(0, spelling.word.size()), spelling.word);
+    return spelling.word.front() == first && EqualsUpper(mask.substr(0, spelling.word.size()), spelling.word);
   });
   return found == kSpellings.end() ? nullptr : &*found;
 }

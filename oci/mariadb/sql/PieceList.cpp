@@ -26,26 +26,6 @@ void PieceList::MatchParentheses() {
   }
 }
 
-TokenKind PieceList::Kind(std::size_t i) const {
-  return i < m_pieces.size() ? m_pieces[i].token.kind : TokenKind::kSymbol;
-}
-
-std::string_view PieceList::Text(std::size_t i) const {
-  return i < m_pieces.size() ? m_pieces[i].token.text : std::string_view();
-}
-
-bool PieceList::IsWord(std::size_t i, std::string_view upper) const {
-  return Kind(i) == TokenKind::kWord && EqualsUpper(Text(i), upper);
-}
-
-bool PieceList::IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const {
-  return std::ranges::any_of(upper, [&](std::string_view word) { return IsWord(i, word); });
-}
-
-bool PieceList::IsSymbol(std::size_t i, std::string_view symbol) const {
-  return i < m_pieces.size() && Kind(i) == TokenKind::kSymbol && Text(i) == symbol;
-}
-
 bool PieceList::IsName(std::size_t i) const {
   return Kind(i) == TokenKind::kWord || Kind(i) == TokenKind::kQuotedName;
 }
@@ -88,7 +68,9 @@ bool PieceList::IsChanged(std::size_t begin, std::size_t end) const {
                      });
 }
 
-void PieceList::SetDateMask(std::size_t i, std::string mask) { m_pieces[i].date_mask = std::move(mask); }
+void PieceList::SetDateMask(std::size_t i, std::string mask) {
+  m_pieces[i].date_mask = Keep(std::move(mask));
+}
 
 namespace {
 
@@ -99,41 +81,52 @@ void Append(std::string& text, std::string_view part) {
   text += part;
 }
 
+// Comments that MariaDB reads otherwise than Oracle are put right: "--x" needs a blank there, and "/*!" and
+// "/*M!" would be run.
+void AppendComments(std::string& text, std::string_view gap) {
+  while (!gap.empty()) {
+    std::size_t length = 1;
+    if (gap.starts_with("--")) {
+      length = std::min(gap.find('\n'), gap.size());
+      text += length > 2 && !IsSpace(gap[2]) ? "-- " : "--";
+      text += gap.substr(2, length - 2);
+    } else if (gap.starts_with("/*")) {
+      length = gap.find("*/", 2) + 2;
+      const auto body = gap.substr(2, length - 2);
+      text += body.starts_with('!') || body.starts_with("M!") ? "/* " : "/*";
+      text += body;
+    } else {
+      text += gap.front();
+    }
+    gap.remove_prefix(length);
+  }
+}
+
+void AppendGap(std::string& text, std::string_view gap) {
+  if (gap.size() < 2)  // no comment is as short
+    text += gap;
+  else
+    AppendComments(text, gap);
+}
+
 }  // namespace
 
-std::string PieceList::Join() const { return Join(0, Size()) + PortableGap(m_tail); }
+std::string PieceList::Join() const {
+  std::string text = Join(0, Size());
+  AppendGap(text, m_tail);
+  return text;
+}
 
 std::string PieceList::Join(std::size_t begin, std::size_t end) const {
   std::string text;
   for (std::size_t i = begin; i < end; ++i) {
     const Piece& piece = m_pieces[i];
-    if ((i > begin || begin == 0) && !piece.gap_removed) text += PortableGap(piece.token.gap);
+    if ((i > begin || begin == 0) && !piece.gap_removed) AppendGap(text, piece.token.gap);
     Append(text, piece.before);
     if (!piece.removed) Append(text, piece.text);
     Append(text, piece.after);
   }
   return text;
-}
-
-std::string PortableGap(std::string_view gap) {
-  std::string portable;
-  while (!gap.empty()) {
-    std::size_t length = 1;
-    if (gap.starts_with("--")) {
-      length = std::min(gap.find('\n'), gap.size());
-      portable += length > 2 && !IsSpace(gap[2]) ? "-- " : "--";
-      portable += gap.substr(2, length - 2);
-    } else if (gap.starts_with("/*")) {
-      length = gap.find("*/", 2) + 2;
-      const auto body = gap.substr(2, length - 2);
-      portable += body.starts_with('!') || body.starts_with("M!") ? "/* " : "/*";
-      portable += body;
-    } else {
-      portable += gap.front();
-    }
-    gap.remove_prefix(length);
-  }
-  return portable;
 }
 
 }  // namespace ocimaria::sql

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "oci/mariadb/sql/TextCase.h"
 #include "oci/mariadb/sql/Tokenizer.h"
 
 namespace ocimaria::sql {
@@ -22,13 +23,27 @@ class PieceList {
   std::size_t Size() const { return m_pieces.size(); }
 
   // As written; an empty text and kSymbol beyond the last token, so that looking ahead needs no check.
-  TokenKind Kind(std::size_t i) const;
-  std::string_view Text(std::size_t i) const;
+  TokenKind Kind(std::size_t i) const {
+    return i < m_pieces.size() ? m_pieces[i].token.kind : TokenKind::kSymbol;
+  }
+  std::string_view Text(std::size_t i) const {
+    return i < m_pieces.size() ? m_pieces[i].token.text : std::string_view();
+  }
 
   // Unquoted words and marks, letter case ignored; the words are given in upper case.
-  bool IsWord(std::size_t i, std::string_view upper) const;
-  bool IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const;
-  bool IsSymbol(std::size_t i, std::string_view symbol) const;
+  bool IsWord(std::size_t i, std::string_view upper) const {
+    return Kind(i) == TokenKind::kWord && EqualsUpper(m_pieces[i].token.text, upper);
+  }
+  bool IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const {
+    if (Kind(i) != TokenKind::kWord) return false;
+    for (const std::string_view word : upper)
+      if (EqualsUpper(m_pieces[i].token.text, word)) return true;
+    return false;
+  }
+  bool IsSymbol(std::size_t i, std::string_view symbol) const {
+    return i < m_pieces.size() && m_pieces[i].token.kind == TokenKind::kSymbol &&
+           m_pieces[i].token.text == symbol;
+  }
   bool IsName(std::size_t i) const;  // a word or a quoted name
 
   // The words from i on, in this order.
@@ -48,7 +63,7 @@ class PieceList {
 
   // The mask by which the placeholder's bound text is to be converted.
   void SetDateMask(std::size_t i, std::string mask);
-  const std::string& DateMask(std::size_t i) const { return m_pieces[i].date_mask; }
+  std::string_view DateMask(std::size_t i) const { return m_pieces[i].date_mask; }
 
   // The text as it now stands.
   std::string Join() const;
@@ -59,7 +74,7 @@ class PieceList {
     Token token;
     std::string_view text;           // what comes out
     std::string_view before, after;  // inserted
-    std::string date_mask;
+    std::string_view date_mask;
     std::size_t closing = 0;  // of a "(": its ")"; 0: none
     bool removed = false;
     bool gap_removed = false;
@@ -73,9 +88,5 @@ class PieceList {
   std::string_view m_tail;
   std::deque<std::string> m_kept;  // the texts that pieces were given; never moved
 };
-
-// Comments that MariaDB reads otherwise than Oracle, put right: "--x" needs a blank there, and "/*!" and
-// "/*M!" would be run.
-std::string PortableGap(std::string_view gap);
 
 }  // namespace ocimaria::sql

@@ -43,7 +43,7 @@ std::vector<Placeholder> TakePlaceholders(PieceList& pieces) {
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
     if (pieces.Kind(i) != TokenKind::kPlaceholder || pieces.IsRemoved(i)) continue;
     RefuseOutput(pieces, i);
-    placeholders.push_back({PlaceholderName(pieces.Text(i)), pieces.DateMask(i)});
+    placeholders.push_back({PlaceholderName(pieces.Text(i)), std::string(pieces.DateMask(i))});
     pieces.Replace(i, "?");
   }
   return placeholders;

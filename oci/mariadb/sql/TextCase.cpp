@@ -11,10 +11,6 @@ std::string UpperCase(std::string_view text) {
   return upper;
 }
 
-bool EqualsUpper(std::string_view text, std::string_view upper) {
-  return std::ranges::equal(text, upper, {}, ToUpper);
-}
-
 std::string QuoteLiteral(std::string_view text) {
   std::string quoted = "'";
   for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);

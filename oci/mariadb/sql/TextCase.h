@@ -2,6 +2,7 @@
 // ASCII-only letter case, as SQL words need it: independent of the locale, bytes above 127 as they are.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,7 +16,12 @@ constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 std::string UpperCase(std::string_view text);
 
 // `upper` is upper case already.
-bool EqualsUpper(std::string_view text, std::string_view upper);
+constexpr bool EqualsUpper(std::string_view text, std::string_view upper) {
+  if (text.size() != upper.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (ToUpper(text[i]) != upper[i]) return false;
+  return true;
+}
 
 // 'text' as an SQL literal: quotes doubled.
 std::string QuoteLiteral(std::string_view text);
