@@ -74,6 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(job.has_value() == Read(text).has_value(), "a file is taken or refused every time");
   if (!job) return 0;
   RequireLimits(*job);
-  for (const bool builds : {true, false}) RequireDoneOrRefused([&] { CheckJob(*job, builds); }, text);
+  for (const Verbs verb : {kRunVerb, kLoadVerb, kDropVerb})
+    RequireDoneOrRefused([&] { CheckJob(*job, verb); }, text);
   return 0;
 }

@@ -110,7 +110,7 @@ void RequireWritable(const std::string& file) {
 }
 
 int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, ErrorLog& log) {
-  CheckJob(job, verb == "run" || verb == "create" || verb == "load");
+  CheckJob(job, FindVerb(verb)->bit);
   RequireWritable(job.json);
   const Target target = ParseTarget(job.target, TargetPlace(job));
   const Layers layers(target.kind, {job.oci, job.plugin});
@@ -135,7 +135,8 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
   return code;
 }
 
-int RunInvocation(const Invocation& invocation, Console& console, ErrorLog& log) {
+int RunInvocation(Invocation& invocation, Console& console, ErrorLog& log) {
+  DrawRunSeed(invocation.job);
   if (invocation.verb != "list") return RunDatabaseVerb(invocation.verb, invocation.job, console, log);
   const Layers layers(TargetKind::kMariaDb, {invocation.job.oci, invocation.job.plugin});
   console.Result(ListText(*layers.NewBenchmark()));
@@ -147,8 +148,8 @@ int RunInvocation(const Invocation& invocation, Console& console, ErrorLog& log)
 int RunApp(int argc, const char* const* argv) {
   Console console;
   try {
-    const Invocation invocation = ReadCommandLine(argc, argv);
-    if (invocation.verb.empty()) {
+    Invocation invocation = ReadCommandLine(argc, argv);
+    if (!invocation.answer.empty()) {
       console.Result(invocation.answer.substr(0, invocation.answer.find_last_not_of('\n') + 1));
       return kDone;
     }

@@ -10,7 +10,7 @@ namespace lkbench {
 std::unique_ptr<CXact> Bench::Copy(Role role, VirtualUser& user, Seat seat,
                                    const CBenchmarkProperties& properties) {
   std::unique_ptr<CXact> xact = NewXact(benchmark, role);
-  Bind(*xact, user, seat, benchmark, properties, cancel, job.seed);
+  Bind(*xact, user, seat, benchmark, properties, cancel, job.schema_seed);
   return xact;
 }
 

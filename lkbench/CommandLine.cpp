@@ -8,135 +8,193 @@
 #include "lkbench/JobFile.h"
 #include "lkbench/JobKeys.h"
 #include "lkbench/Text.h"
+#include "lkbench/options/Environment.h"
+#include "lkbench/options/HelpText.h"
 
 namespace lkbench {
 namespace {
 
-struct Verb {
-  const char* name;
-  const char* help;
-};
-
-constexpr Verb kVerbs[] = {{"run", "create, load, workload and refresh, then a summary"},
-                           {"create", "create the tables, the properties table and the sequence"},
-                           {"load", "load the tables to the scale"},
-                           {"workload", "drive inserts, updates and deletes for the duration"},
-                           {"refresh", "remove the rows above the scale, make the sequence anew"},
-                           {"drop", "drop everything that create made"},
-                           {"list", "list the transactions of the plug-in"},
-                           {"check", "show what is loaded from where, and whether it connects"}};
-
-constexpr const char* kFooter =
-    "Every flag that sets something is also a key of the job file (TOML, -c FILE), with _ for -: users = 8.\n"
-    "Flags win over the file. Exit codes: 0 done, 1 usage or job, 2 ran with failures, 5 cannot connect or\n"
-    "prepare, 70 internal error, 130 or 143 interrupted.";
-
-constexpr const char* kVerbFooter = "Flags may stand before or behind the verb; lkbench --help lists them.";
-
-// What CLI11 fills in; read into a Job once the job file is known.
+// What CLI11 fills in; read into the invocation once the verb is known.
 struct Given {
-  std::string file;
-  bool debug = false;
+  bool help = false;
+  bool version = false;
   std::map<std::string, std::vector<std::string>> values;
   std::map<std::string, bool> switches;
 };
 
-void AddKey(CLI::App& app, Given& given, const JobKey& key) {
-  if (key.shape == KeyShape::kSwitch) {
-    app.add_flag(key.Flag() + ",!--no-" + key.Flag().substr(2), given.switches[key.name], key.help);
+void AddFlag(CLI::App& app, Given& given, const KeyText& key) {
+  const std::string letter = key.letter == 0 ? "" : std::string("-") + key.letter + ',';
+  if (key.form.shape == KeyShape::kSwitch) {
+    app.add_flag(letter + key.Flag() + ",!--no-" + key.Flag().substr(2), given.switches[key.name]);
     return;
   }
-  CLI::Option* option =
-      app.add_option(key.Flag(), given.values[key.name], key.help)->type_name(key.value)->expected(1);
-  option->multi_option_policy(key.shape == KeyShape::kRepeated ? CLI::MultiOptionPolicy::TakeAll
-                                                               : CLI::MultiOptionPolicy::TakeLast);
-}
-
-void ApplyFlags(Job& job, const CLI::App& app, const Given& given) {
-  for (const JobKey& key : JobKeys()) {
-    if (app.get_option(key.Flag())->count() == 0) continue;
-    JobValue value{key.name, key.Flag(), std::string(), true};
-    if (key.shape == KeyShape::kSwitch) {
-      value.value = given.switches.at(key.name);
-    } else if (key.shape == KeyShape::kRepeated) {
-      JobValue::List list;
-      for (const std::string& text : given.values.at(key.name))
-        list.push_back({key.name, key.Flag(), text, true});
-      value.value = std::move(list);
-    } else {
-      value.value = given.values.at(key.name).back();
-    }
-    SetJobKey(job, key, value);
-  }
-}
-
-std::vector<std::string> FlagNames() {
-  std::vector<std::string> names = {"--config", "--debug", "--help", "--version"};
-  for (const JobKey& key : JobKeys()) names.push_back(key.Flag());
-  return names;
-}
-
-// Words that no verb and no flag took.
-void RefuseExtras(const std::vector<std::string>& extras, bool has_verb) {
-  if (extras.empty()) return;
-  const std::string& word = extras.front();
-  if (word.starts_with('-')) {
-    const std::string flag = word.substr(0, word.find('='));
-    throw UsageError("unknown flag " + Excerpt(flag) + DidYouMean(flag, FlagNames()));
-  }
-  if (!has_verb) throw UsageError("unknown verb \"" + Excerpt(word) + '"' + DidYouMean(word, VerbNames()));
-  throw UsageError("unexpected argument \"" + Excerpt(word) + "\": one verb and flags are all there is");
+  app.add_option(letter + key.Flag(), given.values[key.name])
+      ->type_name(key.value)
+      ->expected(1)
+      ->multi_option_policy(key.form.shape == KeyShape::kRepeated ? CLI::MultiOptionPolicy::TakeAll
+                                                                  : CLI::MultiOptionPolicy::TakeLast);
 }
 
 void Configure(CLI::App& app, Given& given) {
-  app.set_version_flag("--version", std::string("lkbench ") + LKBENCH_VERSION);
-  app.add_option("-c,--config", given.file, "job file")->type_name("FILE");
-  app.add_flag("--debug", given.debug, "as --log-level debug");
-  for (const JobKey& key : JobKeys()) AddKey(app, given, key);
-  for (const Verb& verb : kVerbs)
-    app.add_subcommand(verb.name, verb.help)->fallthrough()->allow_extras()->footer(kVerbFooter);
+  app.set_help_flag();
+  app.add_flag("-h,--help", given.help);
+  app.add_flag("--version", given.version);
+  for (const KeyText& key : AllFlags()) AddFlag(app, given, key);
+  for (const VerbInfo& verb : AllVerbs()) {
+    CLI::App* sub = app.add_subcommand(verb.name);
+    sub->set_help_flag();
+    sub->fallthrough()->allow_extras();
+  }
   app.require_subcommand(0, 1);
   app.allow_extras();
-  app.footer(kFooter);
 }
 
-std::string ChosenVerb(const CLI::App& app) {
+// The settings of one invocation, as far as flags and environment give them.
+class Settings {
+ public:
+  Settings(const CLI::App& app, const Given& given)
+      : m_app(app), m_given(given), m_variables(LkbenchVariables()) {}
+
+  // Flags that stand there but that the verb does nothing with would be lost in silence.
+  void RefuseUnused(const VerbInfo& verb) const {
+    for (const KeyText& key : AllFlags())
+      if (IsFlagGiven(key) && (key.verbs & verb.bit) == 0)
+        throw UsageError(key.Flag() + ": " + verb.name + " does not use it: `lkbench help " + verb.name +
+                         "` shows what it uses");
+  }
+  // Calls set(key, value) for what the environment says.
+  template <class Owner, class Set>
+  void FromEnvironment(std::span<const Key<Owner>> keys, Set&& set) const {
+    for (const Key<Owner>& key : keys) {
+      const KeyText text = TextOf(key);
+      const auto found = std::ranges::find(m_variables, text.Variable(), &Variable::name);
+      if (found != m_variables.end()) set(key, ValueOfVariable(text, *found));
+    }
+  }
+  // The same for the flags.
+  template <class Owner, class Set>
+  void FromFlags(std::span<const Key<Owner>> keys, Set&& set) const {
+    for (const Key<Owner>& key : keys) {
+      const KeyText text = TextOf(key);
+      if (IsFlagGiven(text)) set(key, FlagValue(text));
+    }
+  }
+  const std::vector<Variable>& Variables() const { return m_variables; }
+
+ private:
+  bool IsFlagGiven(const KeyText& key) const { return m_app.get_option(key.Flag())->count() > 0; }
+  JobValue FlagValue(const KeyText& key) const {
+    if (key.form.shape != KeyShape::kSwitch)
+      return ValueFromText(key, key.Flag(), m_given.values.at(key.name));
+    return {key.name, key.Flag(), m_given.switches.at(key.name), true};
+  }
+
+  const CLI::App& m_app;
+  const Given& m_given;
+  std::vector<Variable> m_variables;
+};
+
+// --debug is the short form of a log level; both at once must agree.
+void ApplyDebug(Invocation& invocation) {
+  Job& job = invocation.job;
+  if (!invocation.debug) return;
+  if (OriginOf(job, "log_level") == "--log-level" && job.log_level != LogLevel::kDebug)
+    throw UsageError(
+        "--debug: it means --log-level debug, but --log-level says otherwise: leave one of them out");
+  job.log_level = LogLevel::kDebug;
+}
+
+void ReadSettings(Invocation& invocation, const Settings& settings) {
+  const auto set_own = [&](const auto& key, const JobValue& value) { key.type.set(invocation, value); };
+  const auto set_job = [&](const auto& key, const JobValue& value) { SetJobKey(invocation.job, key, value); };
+  settings.FromEnvironment(InvocationFlags(), set_own);
+  settings.FromFlags(InvocationFlags(), set_own);
+  if (!invocation.config.empty()) ReadJobFile(invocation.job, invocation.config);
+  settings.FromEnvironment(JobKeys(), set_job);
+  settings.FromFlags(JobKeys(), set_job);
+  ApplyDebug(invocation);
+  RefuseUnknownVariables(settings.Variables(), invocation.job.password);
+}
+
+std::vector<std::string> FlagNames() {
+  std::vector<std::string> names = {"--help", "--version"};
+  for (const KeyText& key : AllFlags()) names.push_back(key.Flag());
+  return names;
+}
+
+// Words that no verb and no flag took: the verb's arguments, or mistakes.
+std::vector<std::string> Arguments(const std::vector<std::string>& extras, const VerbInfo* verb) {
+  for (const std::string& word : extras) {
+    if (!word.starts_with('-') || word == "-") continue;
+    const std::string flag = word.substr(0, word.find('='));
+    throw UsageError("unknown flag " + Excerpt(flag) + DidYouMean(flag, FlagNames()));
+  }
+  if (verb == nullptr && !extras.empty())
+    throw UsageError("unknown verb \"" + Excerpt(extras.front()) + '"' +
+                     DidYouMean(extras.front(), VerbNames()));
+  if (verb == nullptr) return {};
+  const std::string form = "the form is lkbench " + verb->name + ' ' +
+                           (verb->arguments.empty() ? "[FLAGS]" : verb->arguments + " [FLAGS]");
+  if (extras.size() > verb->most)
+    throw UsageError("unexpected argument \"" + Excerpt(extras[verb->most]) + "\": " + form);
+  if (extras.size() < verb->fewest) throw UsageError(verb->name + ": an argument is missing: " + form);
+  return extras;
+}
+
+// What CLI11 refuses by itself: in practice a flag at the end of the line without its value.
+std::string ParseProblem(const std::string& text) {
+  const std::string flag = text.substr(0, text.find(':'));
+  for (const KeyText& key : AllFlags())
+    if (flag == key.Flag() && !key.value.empty())
+      return flag + ": its value is missing: " + flag + ' ' + key.value;
+  return OneLine(text);
+}
+
+const VerbInfo* ChosenVerb(const CLI::App& app) {
   const auto chosen = app.get_subcommands();
-  return chosen.empty() ? "" : chosen.front()->get_name();
+  return chosen.empty() ? nullptr : FindVerb(chosen.front()->get_name());
+}
+
+std::string AnswerOf(const Given& given, const VerbInfo* verb, const std::vector<std::string>& arguments) {
+  if (given.version) return std::string("lkbench ") + LKBENCH_VERSION + '\n';
+  if (given.help) return verb == nullptr ? GeneralHelp() : VerbHelp(*verb);
+  const bool is_help = verb != nullptr && verb->bit == kHelpVerb;
+  if (is_help && !arguments.empty()) {
+    const VerbInfo* about = FindVerb(arguments.front());
+    if (about == nullptr)
+      throw UsageError("help: unknown verb \"" + Excerpt(arguments.front()) + '"' +
+                       DidYouMean(arguments.front(), VerbNames()));
+    return VerbHelp(*about);
+  }
+  return is_help ? GeneralHelp() : std::string();
 }
 
 }  // namespace
 
-std::vector<std::string> VerbNames() {
-  std::vector<std::string> names;
-  for (const Verb& verb : kVerbs) names.emplace_back(verb.name);
-  return names;
-}
-
 Invocation ReadCommandLine(int argc, const char* const* argv) {
-  CLI::App app{"lkbench: a replication benchmark for databases that speak the Oracle Call Interface",
-               "lkbench"};
+  CLI::App app{"lkbench", "lkbench"};
   Given given;
   Configure(app, given);
-  Invocation invocation;
   try {
     app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    invocation.answer = app.help();
-    return invocation;
-  } catch (const CLI::CallForVersion& version) {
-    invocation.answer = std::string(version.what()) + "\n";
-    return invocation;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(OneLine(error.what()));
+    throw UsageError(ParseProblem(error.what()));
   }
-  invocation.verb = ChosenVerb(app);
-  RefuseExtras(app.remaining(true), !invocation.verb.empty());
-  if (invocation.verb.empty())
-    throw UsageError("a verb is needed: one of " + Join(VerbNames(), ", ") + "; lkbench --help says more");
-  if (!given.file.empty()) ReadJobFile(invocation.job, given.file);
-  ApplyFlags(invocation.job, app, given);
-  if (given.debug) invocation.job.log_level = LogLevel::kDebug;
+  Invocation invocation;
+  const VerbInfo* verb = ChosenVerb(app);
+  if (given.help) {
+    invocation.answer = AnswerOf(given, verb, {});
+    return invocation;
+  }
+  invocation.arguments = Arguments(app.remaining(true), verb);
+  invocation.answer = AnswerOf(given, verb, invocation.arguments);
+  if (!invocation.answer.empty()) return invocation;
+  if (verb == nullptr)
+    throw UsageError("a verb is needed: one of " + Join(VerbNames(), ", ") + "; `lkbench help` says more");
+  const Settings settings(app, given);
+  settings.RefuseUnused(*verb);
+  invocation.verb = verb->name;
+  ReadSettings(invocation, settings);
   return invocation;
 }
 

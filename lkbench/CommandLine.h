@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// The command line: a verb, a job file, and flags over it. Throws UsageError for what it does not understand.
+// What lkbench is told: built-in values, then the job file, then the environment, then flags; what comes
+// later wins. Throws UsageError for what is not understood, with the nearest name.
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "lkbench/Job.h"
+#include "lkbench/options/Flags.h"
 
 namespace lkbench {
 
-struct Invocation {
-  std::string verb;  // empty: help or the version was asked for and is in `answer`
-  Job job;
-  std::string answer;
-};
-
 Invocation ReadCommandLine(int argc, const char* const* argv);
-std::vector<std::string> VerbNames();
 
 }  // namespace lkbench

@@ -56,7 +56,8 @@ void CreateSchema(Bench& bench) {
   done.Write(bench.Admin());
   const int made = bench.job.tables - first + 1;
   bench.console.Progress("created " + Plural(static_cast<std::uint64_t>(made), "table") +
-                         (is_new ? ", the properties table and the sequence" : ""));
+                         (is_new ? ", the properties table and the sequence" : "") + " (schema seed " +
+                         std::to_string(bench.job.schema_seed) + ')');
 }
 
 }  // namespace lkbench

@@ -53,7 +53,7 @@ void DropFrom(Bench& bench, const Schema& schema, int first) {
     if (number >= first) changes.Forget(number);
   changes.Remove("creating");
   bench.job.tables = std::min(first - 1, schema.table_count);
-  bench.job.first_table = 0;
+  bench.job.first_table = 1;
   bench.job.scale = std::max(schema.HighestScale(), schema.created_scale.value_or(0));
   DropTables(bench, first);
   bench.RunObject(Role::kRefreshProperties, PropertiesOf(bench.job));

@@ -6,9 +6,11 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "lkbench/options/Verbs.h"
 #include "lkbench/workload/Phase.h"
 
 namespace lkbench {
@@ -17,6 +19,8 @@ struct ColumnType {
   std::string type;  // SQL text, e.g. VARCHAR2(20)
   int weight = 1;    // relative frequency
   bool nullable = false;
+
+  bool operator==(const ColumnType&) const = default;
 };
 
 enum class LogLevel { kWarning, kInfo, kDebug };
@@ -28,7 +32,7 @@ struct Job {
   std::chrono::nanoseconds duration = std::chrono::seconds(10);
   double scale = 1;  // 1000 rows per table
   int tables = 4;
-  int first_table = 0;  // above 1: only the tables from this number on
+  int first_table = 1;  // only the tables from this number on
   int min_columns = 5;
   int max_columns = 12;
   std::vector<ColumnType> column_types = {{"NUMBER", 3, false},      {"NUMBER(10,2)", 3, false},
@@ -38,19 +42,28 @@ struct Job {
   bool use_backup = false;
   int rows_per_commit = 500;
   Mix mix;
-  std::uint32_t seed = 1;
+  std::uint32_t schema_seed = 1;          // of the tables' shapes
+  std::optional<std::uint32_t> run_seed;  // of the order of transactions; DrawRunSeed fills it in
   LogLevel log_level = LogLevel::kInfo;
   std::string json;    // file for the results; empty: none
   std::string plugin;  // file; empty: the one beside lkbench
   std::string oci;     // file; empty: the one that the target names
 
   std::map<std::string, std::string> origins;  // key -> where it was set, for messages
+
+  bool operator==(const Job&) const = default;
 };
 
 // The rows that a table holds at a scale, as the transactions count them.
 inline std::int64_t RowsAtScale(double scale) { return static_cast<std::int64_t>(scale * 1000.0); }
 
-// Checks what spans several keys, for a verb that creates or loads (`builds`) or not. Throws UsageError.
-void CheckJob(const Job& job, bool builds);
+// Checks what spans several keys, for a verb. Throws UsageError.
+void CheckJob(const Job& job, Verbs verb);
+
+// Where a key was set: "job.toml:3", "--users", "LKBENCH_USERS" or, when it was not, "default".
+std::string OriginOf(const Job& job, const std::string& key);
+
+// Gives a job that names no run seed one of its own.
+void DrawRunSeed(Job& job);
 
 }  // namespace lkbench

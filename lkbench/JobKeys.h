@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The one table of what a job may say. A key of the job file and a flag of the command line are the same
-// entry (users, --users; column_types, --column-types), so help, checking and both readers follow from it.
+// The one table of what a job may say. A key of the job file, a flag of the command line and an environment
+// variable are the same entry (column_types, --column-types, LKBENCH_COLUMN_TYPES), so help, checking, the
+// readers and the effective job follow from it. To add a key: a member of Job with its default, and a line
+// here.
 #pragma once
 
 #include <span>
@@ -8,21 +10,11 @@
 #include <vector>
 
 #include "lkbench/Job.h"
-#include "lkbench/JobValue.h"
+#include "lkbench/options/Key.h"
 
 namespace lkbench {
 
-enum class KeyShape { kOneValue, kSwitch, kRepeated };  // as a flag: --key VALUE, --key, --key VALUE ...
-
-struct JobKey {
-  std::string name;
-  std::string value;  // what stands for the value in help
-  std::string help;
-  KeyShape shape;
-  void (*set)(Job& job, const JobValue& value);
-
-  std::string Flag() const;  // with dashes
-};
+using JobKey = Key<Job>;
 
 std::span<const JobKey> JobKeys();
 std::vector<std::string> JobKeyNames();

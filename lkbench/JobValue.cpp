@@ -52,6 +52,9 @@ double JobValue::Real(double low) const {
 
 bool JobValue::Boolean() const {
   if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
+  const auto* text = std::get_if<std::string>(&value);
+  if (is_flag && text != nullptr && (*text == "true" || *text == "1")) return true;
+  if (is_flag && text != nullptr && (*text == "false" || *text == "0")) return false;
   Refuse("true or false is needed");
 }
 

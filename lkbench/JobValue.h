@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// A JobValue is one value of a job as it was written, in a file or in a flag, with the place where it stands.
+// A JobValue is one value of a job as it was written, in a file, a flag or an environment variable, with the
+// place where it stands.
 // The readers below turn it into a setting or throw UsageError: place, key, what was given, what is allowed.
 #pragma once
 
@@ -17,9 +18,9 @@ struct JobValue {
   using List = std::vector<JobValue>;
 
   std::string key;
-  std::string place;  // "job.toml:3" or "--users"
+  std::string place;  // "job.toml:3", "--users" or "LKBENCH_USERS"
   std::variant<std::string, std::int64_t, double, bool, Table, List> value;
-  bool is_flag = false;  // text from the command line: a reader may take it for a number
+  bool is_flag = false;  // text of a flag or variable: a reader may take it for a number
 
   std::int64_t Integer(std::int64_t low, std::int64_t high) const;
   double Real(double low) const;  // finite and at least `low`

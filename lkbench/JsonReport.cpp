@@ -64,7 +64,8 @@ Json JobJson(const Job& job) {
           {"use_backup", job.use_backup},
           {"rows_per_commit", job.rows_per_commit},
           {"mix", {{"insert", job.mix.insert}, {"update", job.mix.update}, {"delete", job.mix.remove}}},
-          {"seed", job.seed}};
+          {"schema_seed", job.schema_seed},
+          {"run_seed", *job.run_seed}};
 }
 
 Json ProblemsJson(const std::vector<ProblemLine>& lines) {

@@ -21,7 +21,7 @@ std::vector<WorkloadUser> WorkloadUsers(Bench& bench, double scale) {
       share->xact.reset(bench.benchmark.GetNewXactByID(each.id));
       share->weight = each.weight;
       Bind(*share->xact, *user, {user->Number(), bench.job.users}, bench.benchmark, properties, bench.cancel,
-           bench.job.seed);
+           *bench.job.run_seed);
       users.back().shares.push_back(std::move(share));
     }
   }
@@ -53,9 +53,9 @@ void RunWorkload(Bench& bench) {
   std::vector<WorkloadUser> users = WorkloadUsers(bench, scale);
   bench.console.Progress("workload: " + Plural(users.size(), "user") + ", " +
                          Plural(static_cast<std::uint64_t>(bench.job.tables), "table") + ", scale " +
-                         Short(scale) + ", seed " + std::to_string(bench.job.seed));
+                         Short(scale) + ", run seed " + std::to_string(*bench.job.run_seed));
   IntervalReport intervals;
-  Workload workload(users, bench.cancel, bench.breaker, bench.job.seed);
+  Workload workload(users, bench.cancel, bench.breaker, *bench.job.run_seed);
   bench.workload = workload.Run(bench.job.duration, [&](const WorkloadResult& so_far) {
     bench.console.Progress(intervals.Line(so_far));
   });

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <numeric>
 
 namespace lkbench {
@@ -104,9 +105,27 @@ std::string Nearest(std::string_view name, const std::vector<std::string>& candi
   return nearest;
 }
 
+namespace {
+
+// Whether `word` is one of the parts of a name, which - and _ divide: seed of run_seed and of --run-seed.
+bool IsPart(std::string_view word, std::string_view name) {
+  const auto is_end = [&](size_t at) { return at >= name.size() || name[at] == '_' || name[at] == '-'; };
+  for (size_t at = name.find(word); at != std::string_view::npos; at = name.find(word, at + 1))
+    if ((at == 0 || is_end(at - 1)) && is_end(at + word.size())) return true;
+  return false;
+}
+
+}  // namespace
+
 std::string DidYouMean(std::string_view name, const std::vector<std::string>& candidates) {
-  const std::string nearest = Nearest(name, candidates);
-  return nearest.empty() ? "" : ": did you mean \"" + nearest + "\"?";
+  std::vector<std::string> likely = {Nearest(name, candidates)};
+  const std::string_view word = name.substr(std::min(name.find_first_not_of('-'), name.size()));
+  if (likely.front().empty()) {
+    likely.clear();
+    std::ranges::copy_if(candidates, std::back_inserter(likely),
+                         [&](const auto& candidate) { return !word.empty() && IsPart(word, candidate); });
+  }
+  return likely.empty() ? "" : ": did you mean \"" + Join(likely, "\" or \"") + "\"?";
 }
 
 namespace {

@@ -29,7 +29,8 @@ std::string Join(const std::vector<std::string>& parts, std::string_view separat
 
 // The candidate that differs least from `name`; empty when none is near (more than a third of it differs).
 std::string Nearest(std::string_view name, const std::vector<std::string>& candidates);
-// ": did you mean "x"?" or, when nothing is near, nothing.
+// ": did you mean "x"?"; when nothing is near, those that have the name as a part ("a_x" or "x_b"), or
+// nothing.
 std::string DidYouMean(std::string_view name, const std::vector<std::string>& candidates);
 
 // "90s", "500ms", "5m", "1.5h" or plain seconds. False when it is no such text, negative or not finite.

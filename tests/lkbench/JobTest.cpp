@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 
+#include <set>
+
 #include "lkbench/ColumnTypes.h"
 #include "lkbench/Failure.h"
 #include "lkbench/JobFile.h"
@@ -29,9 +31,9 @@ std::string Refusal(const std::string& text) {
   return "not refused";
 }
 
-std::string CheckRefusal(const Job& job, bool builds = true) {
+std::string CheckRefusal(const Job& job, Verbs verb = kCreateVerb) {
   try {
-    CheckJob(job, builds);
+    CheckJob(job, verb);
   } catch (const UsageError& error) {
     return error.what();
   }
@@ -63,7 +65,8 @@ distribution = "poisson"
 use_backup = true
 rows_per_commit = 100
 mix = { insert = 1, delete = 2 }
-seed = 9
+schema_seed = 9
+run_seed = 11
 log_level = "debug"
 json = "a.json"
 plugin = "p.so"
@@ -90,7 +93,8 @@ oci = "o.so"
   EXPECT_EQ(job.mix.insert, 1);
   EXPECT_EQ(job.mix.update, 0);
   EXPECT_EQ(job.mix.remove, 2);
-  EXPECT_EQ(job.seed, 9u);
+  EXPECT_EQ(job.schema_seed, 9u);
+  EXPECT_EQ(job.run_seed, 11u);
   EXPECT_EQ(job.log_level, LogLevel::kDebug);
   EXPECT_EQ(job.json, "a.json");
   EXPECT_EQ(job.plugin, "p.so");
@@ -110,7 +114,8 @@ TEST(JobFile, TheExampleHoldsTheDefaults) {
   EXPECT_EQ(job.max_columns, defaults.max_columns);
   EXPECT_EQ(job.distribution, defaults.distribution);
   EXPECT_EQ(job.rows_per_commit, defaults.rows_per_commit);
-  EXPECT_EQ(job.seed, defaults.seed);
+  EXPECT_EQ(job.schema_seed, defaults.schema_seed);
+  EXPECT_EQ(job.run_seed, defaults.run_seed);
   ASSERT_EQ(job.column_types.size(), defaults.column_types.size());
   for (size_t i = 0; i < defaults.column_types.size(); ++i) {
     EXPECT_EQ(job.column_types[i].type, defaults.column_types[i].type);
@@ -154,7 +159,9 @@ TEST(JobFile, AValueOutOfRangeIsRefused) {
                            "duration = \"0s\"",
                            "min_columns = 0",
                            "max_columns = 1000",
-                           "seed = -1",
+                           "schema_seed = -1",
+                           "run_seed = 2147483648",
+                           "first_table = 0",
                            "distribution = \"gauss\"",
                            "log_level = \"loud\"",
                            "mix = { insert = -1 }",
@@ -202,20 +209,49 @@ TEST(JobFile, APasswordIsNeverTakenNorRepeated) {
   EXPECT_EQ(line.find("secret"), std::string::npos);
 }
 
-TEST(Job, AMinimumAboveTheMaximumIsRefused) {
-  EXPECT_THAT(CheckRefusal(Read("min_columns = 9\nmax_columns = 8")),
-              StartsWith("job.toml:1: min_columns is 9"));
-  EXPECT_THAT(CheckRefusal(Read("max_columns = 4")), StartsWith("job.toml:1: min_columns is 5"));
+TEST(Job, AMinimumAboveTheMaximumIsRefusedWithBothPlaces) {
+  EXPECT_EQ(
+      CheckRefusal(Read("min_columns = 9\nmax_columns = 8")),
+      "job.toml:1: min_columns is 9 (job.toml:1) but max_columns is 8 (job.toml:2): the minimum may not be "
+      "above the maximum");
+  EXPECT_THAT(CheckRefusal(Read("max_columns = 4")),
+              StartsWith("job.toml:1: min_columns is 5 (default) but max_columns is 4 (job.toml:1): "));
   EXPECT_EQ(CheckRefusal(Read("min_columns = 8\nmax_columns = 8")), "not refused");
 }
 
-TEST(Job, AScaleOfZeroIsForVerbsThatBuildNothing) {
-  EXPECT_THAT(CheckRefusal(Read("scale = 0"), true), HasSubstr("scale is 0"));
-  EXPECT_EQ(CheckRefusal(Read("scale = 0"), false), "not refused");
+TEST(Job, AScaleWithoutARowIsForVerbsThatBuildNothing) {
+  for (const char* text : {"scale = 0", "scale = 0.0009"}) {
+    for (const Verbs verb : {kRunVerb, kCreateVerb, kLoadVerb})
+      EXPECT_THAT(CheckRefusal(Read(text), verb), HasSubstr("which is no row")) << text;
+    for (const Verbs verb : {kRefreshVerb, kWorkloadVerb, kDropVerb})
+      EXPECT_EQ(CheckRefusal(Read(text), verb), "not refused") << text;
+  }
+  EXPECT_EQ(CheckRefusal(Read("scale = 0.001")), "not refused");
 }
 
 TEST(Job, AFirstTableBehindTheLastIsRefused) {
-  EXPECT_THAT(CheckRefusal(Read("first_table = 5\ntables = 4")), HasSubstr("first_table is 5"));
+  EXPECT_THAT(CheckRefusal(Read("first_table = 5\ntables = 4"), kLoadVerb),
+              StartsWith("job.toml:1: first_table is 5 (job.toml:1) but tables is 4 (job.toml:2): "));
+  EXPECT_THAT(CheckRefusal(Read("first_table = 5")), HasSubstr("tables is 4 (default)"));
+  EXPECT_EQ(CheckRefusal(Read("first_table = 4")), "not refused");
+}
+
+TEST(Job, TheNumberOfTablesThatAreThereIsTheSchemasToTell) {
+  EXPECT_EQ(CheckRefusal(Read("first_table = 5"), kLoadVerb), "not refused");
+  EXPECT_EQ(CheckRefusal(Read("first_table = 5"), kDropVerb), "not refused");
+}
+
+TEST(Job, ARunSeedIsDrawnOnlyWhereNoneIsGiven) {
+  Job job = Read("run_seed = 7");
+  DrawRunSeed(job);
+  EXPECT_EQ(job.run_seed, 7u);
+  std::set<std::uint32_t> drawn;
+  for (int i = 0; i < 20; ++i) {
+    Job open;
+    DrawRunSeed(open);
+    drawn.insert(open.run_seed.value());
+  }
+  EXPECT_GT(drawn.size(), 15u);
 }
 
 TEST(Job, RowsAreAThousandPerUnitOfScaleTruncated) {

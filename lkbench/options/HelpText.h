@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+// The texts of `lkbench help`, made from the tables of verbs and flags. Pure functions; lines have at most
+// 100 columns and end with a line end.
+#pragma once
+
+#include <string>
+
+#include "lkbench/options/Verbs.h"
+
+namespace lkbench {
+
+std::string GeneralHelp();                   // verbs, exit codes, where settings come from
+std::string VerbHelp(const VerbInfo& verb);  // its flags by section, and examples
+
+}  // namespace lkbench
