@@ -56,8 +56,11 @@ def try_all(options, chosen):
         try:
             results = []
             for mutant in piece:
-                results.append((mutant, own.try_mutant(mutant)))
+                result = own.try_mutant(mutant)
+                results.append((mutant, result))
                 done += 1
+                if result is None:
+                    print(f"\rnot killed: {mutant.name()}", file=sys.stderr)
                 print(f"\r{done}/{len(chosen)} mutants, {time.monotonic() - began:.0f} s", end="", file=sys.stderr)
             return results
         finally:

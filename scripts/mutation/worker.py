@@ -34,7 +34,7 @@ class Worker:
             ["cmake", "-S", self._source, "-B", self._build, "-G", "Ninja", "-Wno-dev", "-DCMAKE_BUILD_TYPE=Debug",
              "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DLK_WERROR=OFF", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
              "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"])
-        self._run_or_raise(self._ninja())
+        self._run_or_raise(self._ninja(sorted(self._tests)))
         for test in self._tests:
             began = time.monotonic()
             if self._test_fails(test):
@@ -43,28 +43,28 @@ class Worker:
         self._tests.sort(key=self._seconds.get)
 
     def try_mutant(self, mutant):
-        """'invalid' when it does not compile, else the name of the test that fails, or None when it survives."""
+        """'invalid' when the library does not compile, else the name of the test that fails to compile or to pass, or None
+        when the mutant survives."""
         file = self._source / mutant.file
         original = file.read_text()
         file.write_text(mutant.apply(original))
         try:
-            if _run(self._ninja(), self._log) != 0:
-                return "invalid"
-            return self._first_failing_test()
+            return self._first_failing_test() if _run(self._ninja([]), self._log) == 0 else "invalid"
         finally:
             file.write_text(original)
 
     def _first_failing_test(self):
+        """Builds a test when its turn comes: a change in a header is then mostly killed before all are built."""
         for test in self._tests:
-            if self._test_fails(test):
+            if _run(self._ninja([test]), self._log) != 0 or self._test_fails(test):
                 if self._seconds[test] < _QUICK_SECONDS:  # first in line for the next mutant, its neighbour
                     self._tests.remove(test)
                     self._tests.insert(0, test)
                 return test
         return None
 
-    def _ninja(self):
-        return ["ninja", "-C", self._build, "-j1", self._library, *sorted(self._tests)]
+    def _ninja(self, tests):
+        return ["ninja", "-C", self._build, "-j1", self._library, *tests]
 
     def _test_fails(self, test):
         program = self._build / "bin" / test

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+// The memory of array binds: what they allocate they give back, also after a refused allocation.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <memory>
+
+#include "Benchmarks/CREP_ORA8/Bind.h"
+#include "ConnectedDriver.h"
+#include "DescribedTable.h"
+
+namespace {
+
+using scripted::ColumnOf;
+using scripted::DateColumn;
+using scripted::IdColumn;
+using scripted::NumberColumn;
+using scripted::TextColumn;
+
+class BindMemory : public scripted::ConnectedDriver<> {};
+
+// Bytes that the process's heap has given out. Stays 0 under the address sanitizer, which finds leaks itself.
+size_t HeapInUse() { return mallinfo2().uordblks; }
+
+// What a column's binds cost after `nTimes` were made and deleted, arrays and generator included.
+template <class Make>
+size_t HeapAfter(int nTimes, Make make) {
+  for (int i = 0; i < nTimes; ++i) {
+    const std::unique_ptr<IBind> pBind = make();
+    pBind->GetDataGenerator();
+  }
+  return HeapInUse();
+}
+
+template <class Make>
+void ExpectNothingKept(Make make) {
+  const size_t before = HeapAfter(10, make);  // what is kept by the first calls of anything
+  EXPECT_EQ(HeapAfter(100, make), before);
+}
+
+TEST_F(BindMemory, IsGivenBackWithTheBind) {
+  CColumn id = ColumnOf(IdColumn());
+  CColumn number = ColumnOf(NumberColumn("N", 5, 2));
+  CColumn text = ColumnOf(TextColumn("T", 40));
+  CColumn date = ColumnOf(DateColumn("D"));
+  for (CColumn* pColumn : {&id, &number, &text, &date}) {
+    SCOPED_TRACE(pColumn->GetName().ToChar());
+    ExpectNothingKept([&] { return std::unique_ptr<IBind>(pColumn->CreateBind(500)); });
+  }
+}
+
+TEST_F(BindMemory, OfTheFirstInitializeIsGivenBackByTheSecond) {
+  CColumn column = ColumnOf(TextColumn("T", 40));
+  const auto recorder = wxSetAssertHandler([](auto...) {});  // a recorded report is memory too
+  ExpectNothingKept([&] {
+    std::unique_ptr<IBind> pBind(column.CreateBind(500));
+    pBind->Initialize();
+    return pBind;
+  });
+  wxSetAssertHandler(recorder);
+}
+
+TEST_F(BindMemory, IsGivenBackOnceWhenTheSecondInitializeIsRefusedItsArrays) {
+  CColumn column = ColumnOf(TextColumn("T", 65535));
+  CStrBind<char> bind(&column, 10, 65536);
+  ASSERT_EQ(bind.Initialize(), 1);
+  bind.m_nMaxRows = 0xFFFFFFFFU;  // 256 TB
+  EXPECT_EQ(bind.Initialize(), 0);
+  EXPECT_EQ(bind.m_pData, nullptr);
+  EXPECT_EQ(bind.m_pIndicator, nullptr);
+}
+
+}  // namespace
