@@ -19,8 +19,10 @@ struct Specifier {
   size_t size = 0;             // of all of it, % included
 };
 
-size_t SpanOf(std::wstring_view text, const wchar_t* characters) {
-  return std::min(text.find_first_not_of(characters), text.size());
+size_t SpanOf(std::wstring_view text, std::wstring_view characters) {
+  size_t nSpan = 0;
+  while (nSpan < text.size() && characters.find(text[nSpan]) != characters.npos) ++nSpan;
+  return nSpan;
 }
 
 std::wstring_view LengthAt(std::wstring_view text) {
@@ -104,11 +106,17 @@ void AppendPrinted(const std::wstring& format, T value, wxString& out) {
   }
 }
 
+// REQUIRES: at most 32 characters.
+void AppendAscii(std::string_view text, wxString& out) {
+  std::array<wchar_t, 32> wide;
+  std::copy(text.begin(), text.end(), wide.begin());
+  Append({wide.data(), text.size()}, out);
+}
+
 void AppendDecimal(long value, wxString& out) {
   std::array<char, 24> digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-  std::array<wchar_t, 24> wide;
-  Append({wide.data(), static_cast<size_t>(std::copy(digits.data(), end, wide.data()) - wide.data())}, out);
+  AppendAscii({digits.data(), end}, out);
 }
 
 bool IsPlainDecimal(const Specifier& specifier) {
@@ -125,7 +133,20 @@ void AppendValue(const Specifier& specifier, LKFormatClass eClass, long value, w
     AppendPrinted(Spelled(specifier, eClass), nInt, out);
 }
 
+// As %f: six digits, rounded like the C library's.
+void AppendFixed(double value, wxString& out) {
+  std::array<char, 32> digits;
+  const auto end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 6).ptr;
+  AppendAscii({digits.data(), end}, out);
+}
+
+// Short enough for AppendFixed, and a number.
+bool IsModerate(double value) { return value > -1e18 && value < 1e18; }
+
 void AppendValue(const Specifier& specifier, LKFormatClass eClass, double value, wxString& out) {
+  if (specifier.layout.empty() && specifier.conversion == L'f' && IsModerate(value))
+    return AppendFixed(value, out);
   AppendPrinted(Spelled(specifier, eClass), value, out);
 }
 
@@ -134,8 +155,15 @@ void AppendValue(const Specifier& specifier, LKFormatClass eClass, std::wstring_
   AppendPrinted(Spelled(specifier, eClass), std::wstring(value).c_str(), out);
 }
 
+size_t RoomFor(std::wstring_view value) { return value.size(); }
+template <class T>
+size_t RoomFor(T) {
+  return 32;  // more than most numbers take
+}
+
 template <class T>
 void AppendPiece(std::wstring_view rest, LKFormatClass eClass, T value, wxString& out) {
+  out.reserve(out.size() + rest.size() + RoomFor(value));
   bool bTaken = false;  // the argument has its specifier
   while (!rest.empty()) {
     const size_t nText = std::min(rest.find(L'%'), rest.size());

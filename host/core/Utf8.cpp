@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "core/Utf8.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace {
@@ -56,11 +58,30 @@ void Encode(char32_t c, std::string& out) {
   }
 }
 
+// How many characters of the start are ASCII, which is the same in both: nearly always all of them.
+template <class Char>
+size_t PlainLength(std::basic_string_view<Char> text) {
+  constexpr size_t kBlock = 16;  // looked at together
+  const auto isOther = [](Char c) { return (static_cast<uint32_t>(c) & ~uint32_t{0x7F}) != 0; };
+  size_t nLength = 0;
+  while (text.size() - nLength >= kBlock) {
+    uint32_t nBits = 0;
+    for (size_t i = 0; i < kBlock; ++i) nBits |= static_cast<uint32_t>(text[nLength + i]);
+    if ((nBits & ~uint32_t{0x7F}) != 0) break;
+    nLength += kBlock;
+  }
+  while (nLength < text.size() && !isOther(text[nLength])) ++nLength;
+  return nLength;
+}
+
 }  // namespace
 
 std::wstring LKWideFromUtf8(std::string_view text) {
-  std::wstring wide;
-  wide.reserve(text.size());
+  const size_t nPlain = PlainLength(text);
+  std::wstring wide(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(nPlain));
+  if (nPlain == text.size()) return wide;
+  text.remove_prefix(nPlain);
+  wide.reserve(wide.size() + text.size());
   while (!text.empty()) {
     const auto [c, length] = Decode(text);
     wide += static_cast<wchar_t>(c);
@@ -70,8 +91,12 @@ std::wstring LKWideFromUtf8(std::string_view text) {
 }
 
 std::string LKUtf8FromWide(std::wstring_view text) {
-  std::string narrow;
-  narrow.reserve(text.size());
+  const size_t nPlain = PlainLength(text);
+  std::string narrow(nPlain, '\0');
+  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(nPlain), narrow.begin(),
+                 [](wchar_t c) { return static_cast<char>(c); });
+  if (nPlain == text.size()) return narrow;
+  text.remove_prefix(nPlain);
   for (const wchar_t wide : text) {
     const auto c = static_cast<char32_t>(wide);
     Encode(IsCharacter(c) ? c : kReplacement, narrow);

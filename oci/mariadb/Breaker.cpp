@@ -69,7 +69,7 @@ void Breaker::Work() {
 bool Breaker::Serve(const Request& request) {
   const auto victim = request.connection.lock();
   if (!victim) return false;
-  auto& control = m_controls[{victim->Target().ServerName(), victim->Account().user}];
+  auto& control = m_controls[{victim->ServerName(), victim->Account().user}];
   try {
     if (!control)
       control =

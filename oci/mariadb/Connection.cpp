@@ -35,6 +35,7 @@ void FreeResult(MYSQL* mysql) {
 
 Connection::Connection(ConnectTarget target, Credentials credentials, Purpose purpose)
     : m_target(std::move(target)),
+      m_server_name(m_target.ServerName()),
       m_credentials(std::move(credentials)),
       m_mysql(nullptr),
       m_kept(std::make_unique<KeptStatements>()) {
@@ -88,7 +89,7 @@ void Connection::Open(Purpose purpose) {
   LogIn();
   // The client library goes on in plain text when the server offers no TLS, even where it is enforced.
   if (m_target.tls_required && !mysql_get_ssl_cipher(m_mysql))
-    throw OraError::WithText(29024, "Certificate validation failure (" + m_target.ServerName() +
+    throw OraError::WithText(29024, "Certificate validation failure (" + m_server_name +
                                         " offers no TLS and a connection in plain text is refused)");
   m_id = mysql_thread_id(m_mysql);
   TraceOpened(purpose);
@@ -105,8 +106,8 @@ void Connection::TraceOpened(Purpose purpose) {
   const char* cipher = mysql_get_ssl_cipher(m_mysql);
   trace::UseConnection(m_id);
   trace::ConnectionEvent(m_id, purpose == Purpose::kSession ? "connected" : "connected for interrupts",
-                         "to " + m_target.ServerName());
-  trace::Setting(m_id, "server=" + m_target.ServerName() + " version=" + ServerVersion() +
+                         "to " + m_server_name);
+  trace::Setting(m_id, "server=" + m_server_name + " version=" + ServerVersion() +
                            " schema=" + m_target.schema + " user=" + m_credentials.user + " tls=" +
                            (cipher ? cipher : "off") + " charset=" + mysql_character_set_name(m_mysql) +
                            " connect-timeout=" + std::to_string(m_target.connect_timeout));

@@ -85,6 +85,7 @@ class Connection {
   CallState& Calls() { return m_calls; }
   unsigned long Id() const { return m_id; }
   const ConnectTarget& Target() const { return m_target; }
+  const std::string& ServerName() const { return m_server_name; }  // of the target, made once
   const Credentials& Account() const { return m_credentials; }
   std::string ServerVersion();
 
@@ -99,6 +100,7 @@ class Connection {
   [[noreturn]] void Fail() { Throw(mysql_errno(m_mysql), mysql_error(m_mysql)); }
 
   const ConnectTarget m_target;
+  const std::string m_server_name;
   const Credentials m_credentials;
   std::unique_ptr<LeanLink> m_link;  // of a session that stands
   MYSQL* m_mysql;

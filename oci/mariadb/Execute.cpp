@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/Execute.h"
 
-#include "oci/mariadb/Describe.h"
+#include "oci/mariadb/DescriptionCache.h"
 #include "oci/mariadb/Fetch.h"
 #include "oci/mariadb/Guard.h"
 #include "oci/mariadb/ParseErrorOffset.h"
@@ -21,7 +21,7 @@ void DescribeOnly(StatementHandle& statement) {
   if (!statement.Sql().is_query) return;
   InterruptibleWindow window(statement.Session().Calls());
   statement.Prepared().Prepare();
-  statement.description = Describe(statement.Prepared(), statement.Text());
+  statement.description = DescribeOrRecall(statement.Prepared(), statement.Text());
 }
 
 // A DDL has no parse of its own: Oracle runs it then, too.

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "oci/mariadb/Describe.h"
+#include "oci/mariadb/DescriptionCache.h"
 #include "oci/mariadb/Guard.h"
 #include "oci/mariadb/ServerFailure.h"
 
@@ -64,7 +64,7 @@ sword ExecuteQuery(StatementHandle& statement, const ExecuteRequest& request, Er
   const bool wants_rows = request.end > 0;
   if (wants_rows && !HasDefine(statement)) throw OraError(24374);
   RunQuery(statement);
-  statement.description = Describe(statement.Prepared(), statement.Text());
+  statement.description = DescribeOrRecall(statement.Prepared(), statement.Text());
   PadCharacters(statement);
   statement.executed = true;
   statement.row_count = 0;

@@ -2,11 +2,12 @@
 #include "oci/mariadb/Handles.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <mutex>
 #include <shared_mutex>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "oci/mariadb/TraceEvents.h"
@@ -14,16 +15,95 @@
 namespace ocimaria {
 namespace {
 
+// One handle in the register, linked with its parent's other children.
 struct Entry {
   std::shared_ptr<Handle> handle;
-  const void* parent;
-  std::unordered_set<const void*> children;
+  Entry* parent = nullptr;
+  Entry* first_child = nullptr;
+  Entry* previous = nullptr;
+  Entry* next = nullptr;
 };
 
-struct HandleRegister {
-  std::shared_mutex mutex;
-  std::unordered_map<const void*, Entry> entries;
+void Link(Entry& entry, Entry& parent) {
+  entry.parent = &parent;
+  entry.next = std::exchange(parent.first_child, &entry);
+  if (entry.next) entry.next->previous = &entry;
+}
+
+void Unlink(Entry& entry) {
+  if (entry.next) entry.next->previous = entry.previous;
+  if (entry.previous)
+    entry.previous->next = entry.next;
+  else if (entry.parent)
+    entry.parent->first_child = entry.next;
+}
+
+}  // namespace
+
+class HandleRegister {
+ public:
+  using Taken = std::vector<std::shared_ptr<Handle>>;
+
+  void Enter(std::shared_ptr<Handle> handle, const void* parent);
+  bool TakeOut(const void* token, ub4 type, Taken& taken);
+  std::shared_ptr<Handle> Find(const void* token);
+  Taken All();
+
+  static bool Holds(const Handle& handle) { return handle.m_is_registered.load(std::memory_order_acquire); }
+
+ private:
+  void TakeOut(Entry& entry, Taken& taken);
+
+  std::shared_mutex m_mutex;
+  std::unordered_map<const void*, Entry> m_entries;
 };
+
+void HandleRegister::Enter(std::shared_ptr<Handle> handle, const void* parent) {
+  const void* token = handle->Token();
+  std::unique_lock lock(m_mutex);
+  const auto above = parent ? m_entries.find(parent) : m_entries.end();
+  if (parent && above == m_entries.end()) throw InvalidHandle{};
+  trace::HandleAllocated(*handle, parent ? above->second.handle.get() : nullptr);
+  Entry* const parent_entry = parent ? &above->second : nullptr;
+  Entry& entry = m_entries[token];
+  if (parent_entry) Link(entry, *parent_entry);
+  handle->m_is_registered.store(true, std::memory_order_release);
+  entry.handle = std::move(handle);
+}
+
+// Handles below it come behind their parents.
+void HandleRegister::TakeOut(Entry& entry, Taken& taken) {
+  const void* token = entry.handle->Token();
+  entry.handle->m_is_registered.store(false, std::memory_order_release);
+  taken.push_back(std::move(entry.handle));
+  while (entry.first_child) TakeOut(*entry.first_child, taken);
+  Unlink(entry);
+  m_entries.erase(token);
+}
+
+bool HandleRegister::TakeOut(const void* token, ub4 type, Taken& taken) {
+  std::unique_lock lock(m_mutex);
+  const auto at = m_entries.find(token);
+  if (at == m_entries.end() || at->second.handle->Type() != type) return false;
+  TakeOut(at->second, taken);
+  trace::HandlesFreed(taken);
+  return true;
+}
+
+std::shared_ptr<Handle> HandleRegister::Find(const void* token) {
+  std::shared_lock lock(m_mutex);
+  const auto at = m_entries.find(token);
+  return at == m_entries.end() ? nullptr : at->second.handle;
+}
+
+HandleRegister::Taken HandleRegister::All() {
+  std::shared_lock lock(m_mutex);
+  Taken all;
+  for (const auto& entry : m_entries) all.push_back(entry.second.handle);
+  return all;
+}
+
+namespace {
 
 // Never destroyed: handles may be freed while the process already runs its exit handlers.
 HandleRegister& TheRegister() {
@@ -39,26 +119,51 @@ void* NextToken() {
   return reinterpret_cast<void*>(next_token.fetch_add(kTokenStep, std::memory_order_relaxed));
 }
 
-using Entries = std::unordered_map<const void*, Entry>;
-
-void TakeOut(Entries& entries, Entries::iterator at, std::vector<std::shared_ptr<Handle>>& taken) {
-  const std::unordered_set<const void*> children = std::move(at->second.children);
-  taken.push_back(std::move(at->second.handle));
-  entries.erase(at);
-  for (const void* child : children) TakeOut(entries, entries.find(child), taken);
-}
-
 // Tells the trace, as the library goes, which handles nobody freed.
 struct AtEnd {
   ~AtEnd() {
     if (!trace::On(trace::kHandles)) return;
-    std::vector<std::shared_ptr<Handle>> left;
-    std::shared_lock lock(TheRegister().mutex);
-    for (const auto& entry : TheRegister().entries) left.push_back(entry.second.handle);
+    auto left = TheRegister().All();
     std::ranges::sort(left, {}, [](const auto& handle) { return handle->Token(); });
     trace::HandlesLeft(left);
   }
 } const at_end;
+
+}  // namespace
+
+namespace {
+
+thread_local constinit bool memo_is_gone = false;  // the thread is about to end
+
+// The handles that a thread has looked up last. Most calls name the same few again, and the register is one
+// for all threads. It keeps no handle alive and knows no handle longer than the register does.
+class Memo {
+ public:
+  Memo() = default;
+  ~Memo() { memo_is_gone = true; }
+  Memo(const Memo&) = delete;
+  Memo& operator=(const Memo&) = delete;
+
+  std::shared_ptr<Handle> Find(const void* token) {
+    Known& known = m_known[reinterpret_cast<std::uintptr_t>(token) / kTokenStep % m_known.size()];
+    if (known.token == token) {
+      auto handle = known.handle.lock();
+      if (handle && HandleRegister::Holds(*handle)) return handle;
+    }
+    auto handle = TheRegister().Find(token);
+    known = {token, handle};
+    return handle;
+  }
+
+ private:
+  struct Known {
+    const void* token = nullptr;
+    std::weak_ptr<Handle> handle;
+  };
+  std::array<Known, 16> m_known;
+};
+
+thread_local Memo memo;
 
 }  // namespace
 
@@ -71,35 +176,19 @@ std::uintptr_t HandleNumber(const void* token) {
 Handle::Handle(ub4 type) : m_type(type), m_token(NextToken()) {}
 
 void Register(std::shared_ptr<Handle> handle, const void* parent) {
-  const void* token = handle->Token();
-  std::unique_lock lock(TheRegister().mutex);
-  auto& entries = TheRegister().entries;
-  const auto above = parent ? entries.find(parent) : entries.end();
-  if (parent && above == entries.end()) throw InvalidHandle{};
-  if (parent) above->second.children.insert(token);
-  trace::HandleAllocated(*handle, parent ? above->second.handle.get() : nullptr);
-  entries.emplace(token, Entry{std::move(handle), parent, {}});
+  TheRegister().Enter(std::move(handle), parent);
 }
 
 bool Unregister(const void* token, ub4 type) {
-  std::vector<std::shared_ptr<Handle>> taken;  // destroyed after the lock is gone
-  std::unique_lock lock(TheRegister().mutex);
-  auto& entries = TheRegister().entries;
-  const auto at = entries.find(token);
-  if (at == entries.end() || at->second.handle->Type() != type) return false;
-  if (const auto above = entries.find(at->second.parent); above != entries.end())
-    above->second.children.erase(token);
-  TakeOut(entries, at, taken);
-  trace::HandlesFreed(taken);
-  lock.unlock();
+  HandleRegister::Taken taken;
+  if (!TheRegister().TakeOut(token, type, taken)) return false;
   while (!taken.empty()) taken.pop_back();  // children before their parents
   return true;
 }
 
 std::shared_ptr<Handle> FindHandle(const void* token) {
-  std::shared_lock lock(TheRegister().mutex);
-  const auto at = TheRegister().entries.find(token);
-  return at == TheRegister().entries.end() ? nullptr : at->second.handle;
+  if (memo_is_gone) return TheRegister().Find(token);
+  return memo.Find(token);
 }
 
 }  // namespace ocimaria

@@ -8,6 +8,7 @@
 
 #include <oci.h>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -26,8 +27,10 @@ class Handle {
   explicit Handle(ub4 type);
 
  private:
+  friend class HandleRegister;
   const ub4 m_type;  // OCI_HTYPE_* or OCI_DTYPE_*
   void* const m_token;
+  std::atomic<bool> m_is_registered{false};
 };
 
 // The how-manieth handle of the process a token stands for, from 1; 0 for what is no token.

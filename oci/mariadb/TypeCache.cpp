@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/TypeCache.h"
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <shared_mutex>
@@ -11,7 +12,7 @@ namespace {
 
 struct Cache {
   std::shared_mutex mutex;
-  std::uint64_t generation = 0;  // counts the times that it was emptied
+  std::atomic<std::uint64_t> generation = 0;  // changed under the lock only
   std::unordered_map<std::string, ColumnComments> tables;
 };
 
@@ -29,7 +30,7 @@ bool SameTable(const MYSQL_FIELD& a, const MYSQL_FIELD& b) {
 // The server, the table and what the server says of its columns: another table of that name, or a changed
 // one, has another key.
 std::string KeyOf(PreparedStatement& statement, const MYSQL_FIELD& table) {
-  std::string key = statement.Session().Target().ServerName() + '\n' + table.db + '.' + table.org_table;
+  std::string key = statement.Session().ServerName() + '\n' + table.db + '.' + table.org_table;
   for (unsigned i = 0; i < statement.FieldCount(); ++i) {
     const MYSQL_FIELD& field = statement.Fields()[i];
     if (!SameTable(field, table)) continue;
@@ -75,6 +76,8 @@ void ForgetTypes() {
   TheCache().tables.clear();
   ++TheCache().generation;
 }
+
+std::uint64_t TypeGeneration() { return TheCache().generation; }
 
 ForgetTypesAfter::~ForgetTypesAfter() {
   if (m_wanted) ForgetTypes();

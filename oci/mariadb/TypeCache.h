@@ -6,6 +6,7 @@
 // NUMBER(7,-2) are stored alike) its old types are told until then. Any thread.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -21,6 +22,9 @@ using ColumnComments = std::map<std::string, std::string, std::less<>>;
 ColumnComments CommentsOf(PreparedStatement& statement, const MYSQL_FIELD& table);
 
 void ForgetTypes();
+
+// Counts the times that the cache was emptied: while it stays, no declared type has been found changed.
+std::uint64_t TypeGeneration();
 
 // Empties the cache when it goes out of scope, if asked to.
 class ForgetTypesAfter {

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
+#include <cmath>
+#include <cstdio>
+#include <limits>
 #include <string>
 #include <type_traits>
 
@@ -46,6 +50,16 @@ TEST(Format, WithoutASpecifierForSeveralArgumentsDoesNotCount) {
   text.Format(L"no specifier", 1, 2);
   EXPECT_EQ(text.m_nCount, 3);
   EXPECT_EQ(text, LKString(L"old"));
+}
+
+TEST(Format, WritesNumbersWithAPointAsTheCLibraryDoes) {
+  for (const double value :
+       {0.0, -0.0, 12.5, -7.25, 0.0000005, 0.0000015, 2.5e-7, 123456789.987654321, 1e17, 999999999999999999.0,
+        1e18, -1e18, 1e22, 5e-324, 1e300, std::nan(""), -std::numeric_limits<double>::infinity()}) {
+    std::array<char, 400> expected;
+    std::snprintf(expected.data(), expected.size(), "%f", value);
+    EXPECT_EQ(Formatted(L"%f", value), expected.data());
+  }
 }
 
 TEST(Format, DropsTheLastArgumentThatHasNoSpecifier) { EXPECT_EQ(Formatted(L"a %d b", 1, 2), "a 1 b"); }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cwchar>
+#include <string>
 
 #include "core/LKString.h"
 
@@ -44,6 +45,18 @@ TEST(String, ReplacesEachByteThatIsNoUtf8) {
   EXPECT_EQ(LKString("\xE0\x80\x80", 3), LKString(L"\uFFFD\uFFFD\uFFFD")) << "longer than needed";
   EXPECT_EQ(LKString("\xED\xA0\x80", 3), LKString(L"\uFFFD\uFFFD\uFFFD")) << "a surrogate";
   EXPECT_EQ(LKString("\xF4\x90\x80\x80", 4), LKString(L"\uFFFD\uFFFD\uFFFD\uFFFD")) << "above 10FFFF";
+}
+
+// Plain characters are converted in blocks; the other one stands before, in, at the end of and behind one.
+TEST(String, ConvertsACharacterAmongManyPlainOnesAtAnyPlace) {
+  for (size_t place = 0; place < 40; ++place) {
+    std::wstring wide(39, L'x');
+    wide.insert(place, 1, L'\u20AC');
+    std::string narrow(39, 'x');
+    narrow.insert(place, "\xE2\x82\xAC");
+    EXPECT_EQ(LKString(wide.c_str()).ToChar(), narrow);
+    EXPECT_EQ(LKString(narrow.c_str(), static_cast<int>(narrow.size())), LKString(wide.c_str()));
+  }
 }
 
 TEST(String, NarrowCopyIsUtf8) {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/sql/DateFunctions.h"
 
+#include <memory>
+#include <string>
+#include <utility>
+
 #include "oci/mariadb/sql/Call.h"
 #include "oci/mariadb/sql/DateMask.h"
 #include "oci/mariadb/sql/TextCase.h"
@@ -29,9 +33,17 @@ void RewriteLiteral(PieceList& pieces, const Call& call, const std::string& text
   pieces.Replace(call.name, std::move(literal));
 }
 
+// The mask of a text. Statements name the same few over and over, so the last one is kept.
+std::shared_ptr<const DateMask> Compiled(const std::string& text) {
+  thread_local std::pair<std::string, std::shared_ptr<const DateMask>> last;
+  if (!last.second || last.first != text) last = {text, std::make_shared<const DateMask>(text)};
+  return last.second;
+}
+
 void RewriteCall(PieceList& pieces, const Call& call, bool is_timestamp) {
   const std::string mask_text = MaskOf(pieces, call, is_timestamp);
-  const DateMask mask(mask_text);
+  const auto compiled = Compiled(mask_text);
+  const DateMask& mask = *compiled;
   // Oracle's DATE has no fraction to read.
   if (!is_timestamp && mask.HasFraction()) throw OraError(1821);
 
