@@ -14,6 +14,7 @@
 #include "lkbench/JsonReport.h"
 #include "lkbench/Layers.h"
 #include "lkbench/Report.h"
+#include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "localdb/LocalServer.h"
 
@@ -32,7 +33,7 @@ class Database {
   Database(const Target& target, const Job& job) {
     m_connect.shown = target.text;
     if (target.kind == TargetKind::kLocal) {
-      Start(target);
+      Start(target, job.server);
       return;
     }
     m_connect.server = target.server;
@@ -42,15 +43,19 @@ class Database {
   const ConnectData& Connect() const { return m_connect; }
   // What is likely behind a failure, when something is known of it.
   std::string LikelyReason() const { return m_local ? m_local->SpaceProblem() : std::string(); }
+  // A private server that another lkbench has started, with whatever settings that one had.
+  bool IsShared() const { return m_local && !m_local->Started(); }
   std::string Note() const {
     if (!m_local) return {};
     return m_local->Started() ? " (private server, started)" : " (private server, joined)";
   }
 
  private:
-  void Start(const Target& target) {
+  void Start(const Target& target, const localdb::Settings& settings) {
+    localdb::Options options;
+    options.settings = settings;
     try {
-      m_local.emplace(target.folder);
+      m_local.emplace(target.folder, options);
     } catch (const localdb::LocalServerError& error) {
       throw PrepareError(OneLine(error.what()));
     }
@@ -74,6 +79,7 @@ void PrintSummary(Bench& bench) {
                    Plural(bench.workload->total.failures, "failure"));
     for (const std::string& doubt : Doubts(*bench.workload)) console.Result("note: " + doubt);
   }
+  if (bench.load || bench.workload) console.Result("durability: " + DurabilityText(bench.server));
   const std::string problems = ProblemTable(bench.log.Lines());
   if (!problems.empty()) console.Result(problems);
 }
@@ -87,10 +93,19 @@ VerbFunction FunctionOf(const std::string& verb) {
   return functions.at(verb);
 }
 
+// Asks the server for its settings; those of a private server are compared with what the job says.
+void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
+  bench.server = ReadServerSettings(kind, bench.Admin());
+  if (!database.IsShared() || !bench.server) return;
+  const std::string note = SharedServerNote(bench.job, *bench.server, database.Connect().shown);
+  if (!note.empty()) bench.console.Problem(note);
+}
+
 // Runs the verb; what it throws becomes its one line and the exit code.
-int RunVerb(Bench& bench, const std::string& verb) {
+int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Database& database) {
   int code = kDone;
   try {
+    LearnSettings(bench, kind, database);
     FunctionOf(verb)(bench);
     const bool failed =
         bench.workload && (bench.workload->total.failures > 0 || bench.workload->lost_users > 0);
@@ -113,6 +128,7 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
   CheckJob(job, FindVerb(verb)->bit);
   RequireWritable(job.json);
   const Target target = ParseTarget(job.target, TargetPlace(job));
+  RequireLocalTarget(job, target);
   const Layers layers(target.kind, {job.oci, job.plugin});
   const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
   LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
@@ -122,12 +138,14 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
   CallBreaker breaker;
   UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
   const SignalWatch signals(cancel, breaker, console);
-  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}};
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}};
   if (verb == "check") {
-    console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin()));
+    LearnSettings(bench, target.kind, database);
+    console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
+                             bench.server));
     return kDone;
   }
-  const int code = RunVerb(bench, verb);
+  const int code = RunVerb(bench, verb, target.kind, database);
   if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
     console.Problem(reason);
   PrintSummary(bench);

@@ -10,6 +10,7 @@
 #include "lkbench/Properties.h"
 #include "lkbench/Roles.h"
 #include "lkbench/Schema.h"
+#include "lkbench/ServerSettings.h"
 #include "lkbench/Stats.h"
 #include "lkbench/Steps.h"
 #include "lkbench/Users.h"
@@ -33,6 +34,7 @@ struct Bench {
 
   std::optional<LoadResult> load;
   std::optional<WorkloadResult> workload;
+  std::optional<ServerSettings> server;  // missing: not asked yet, or the target does not tell
 
   VirtualUser& Admin() { return users.First(); }
   bool IsSet(const char* key) const { return job.origins.contains(key); }

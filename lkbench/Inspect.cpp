@@ -35,7 +35,7 @@ std::string ListText(const CSSBenchmark& benchmark) {
 }
 
 std::string CheckText(const Layers& layers, const CSSBenchmark& benchmark, const std::string& target,
-                      VirtualUser& user) {
+                      VirtualUser& user, const std::optional<ServerSettings>& settings) {
   const std::string count = Plural(static_cast<std::uint64_t>(benchmark.GetXactCount()), "transaction");
   return Join(
       {std::string("lkbench      ") + LKBENCH_VERSION,
@@ -43,7 +43,8 @@ std::string CheckText(const Layers& layers, const CSSBenchmark& benchmark, const
            count + ")",
        "driver       " + layers.Driver().Path().string(),
        "OCI library  " + layers.Oci().Path().string() + " (client version " + layers.OciVersion() + ")",
-       "target       " + target, "server       " + OneLine(user.Driver().GetServerVersion().ToChar())},
+       "target       " + target, "server       " + OneLine(user.Driver().GetServerVersion().ToChar()),
+       "durability   " + DurabilityText(settings)},
       "\n");
 }
 

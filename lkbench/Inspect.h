@@ -6,6 +6,7 @@
 
 #include "db/SSBenchmark.h"
 #include "lkbench/Layers.h"
+#include "lkbench/ServerSettings.h"
 #include "lkbench/Users.h"
 
 namespace lkbench {
@@ -14,6 +15,6 @@ namespace lkbench {
 std::string ListText(const CSSBenchmark& benchmark);
 
 std::string CheckText(const Layers& layers, const CSSBenchmark& benchmark, const std::string& target,
-                      VirtualUser& user);
+                      VirtualUser& user, const std::optional<ServerSettings>& settings);
 
 }  // namespace lkbench

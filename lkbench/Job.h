@@ -12,6 +12,7 @@
 
 #include "lkbench/options/Verbs.h"
 #include "lkbench/workload/Phase.h"
+#include "localdb/Settings.h"
 
 namespace lkbench {
 
@@ -26,8 +27,9 @@ struct ColumnType {
 enum class LogLevel { kWarning, kInfo, kDebug };
 
 struct Job {
-  std::string target;    // empty: the default, local: in the user's data folder
-  std::string password;  // env:NAME, file:PATH or prompt; empty: none
+  std::string target;        // empty: the default, local: in the user's data folder
+  std::string password;      // env:NAME, file:PATH or prompt; empty: none
+  localdb::Settings server;  // of the private server of a local target
   int users = 2;
   std::chrono::nanoseconds duration = std::chrono::seconds(10);
   double scale = 1;  // 1000 rows per table

@@ -11,6 +11,10 @@ namespace {
 constexpr int kMostTables = 100000;
 constexpr int kMostUsers = 1000;
 constexpr int kMostColumns = 999;  // with ID a thousand, the most that a table may have
+constexpr std::uint64_t kLeastBufferPool = 32 * localdb::kMebibyte;
+constexpr std::uint64_t kMostBufferPool = 1024 * 1024 * localdb::kMebibyte;
+constexpr std::uint64_t kLeastLog = 8 * localdb::kMebibyte;
+constexpr std::uint64_t kMostLog = 512 * 1024 * localdb::kMebibyte;  // the server's own limit
 constexpr Verbs kUserVerbs = kWorkVerbs | kLoadVerb | kRefreshVerb;
 
 using enum Section;
@@ -21,6 +25,13 @@ const std::vector<JobKey> kKeys = {
      kTarget, kDatabaseVerbs, Words(&Job::target), "local:, in the user's data folder", 't'},
     {"password", "SOURCE", "where the password is: env:NAME, file:PATH or prompt", kTarget, kDatabaseVerbs,
      PasswordSource()},
+    {"durability", "LEVEL",
+     "of a local: target: durable (a commit survives a crash of the machine) or relaxed", kTarget,
+     kDatabaseVerbs, ServerDurability()},
+    {"buffer_pool", "SIZE", "of a local: target: memory for data, such as 512MiB or 2GiB", kTarget,
+     kDatabaseVerbs, ServerSize(&localdb::Settings::buffer_pool, kLeastBufferPool, kMostBufferPool)},
+    {"log_size", "SIZE", "of a local: target: size of the redo log, such as 64MiB or 1GiB", kTarget,
+     kDatabaseVerbs, ServerSize(&localdb::Settings::log_size, kLeastLog, kMostLog)},
     {"tables", "N", "replication tables", kTables, kSchemaVerbs | kDropVerb,
      WholeNumber(&Job::tables, 1, kMostTables)},
     {"first_table", "N", "work on the tables from this number on, to add to an existing schema", kTables,

@@ -78,6 +78,14 @@ std::chrono::nanoseconds JobValue::Duration() const {
   return parsed;
 }
 
+std::uint64_t JobValue::Size(std::uint64_t low, std::uint64_t high) const {
+  std::uint64_t parsed = 0;
+  const auto* text = std::get_if<std::string>(&value);
+  if (text == nullptr || !ParseSize(*text, parsed) || parsed < low || parsed > high)
+    Refuse("a size from " + SizeText(low) + " to " + SizeText(high) + " is needed, such as 512MiB or 2GiB");
+  return parsed;
+}
+
 size_t JobValue::OneOf(const std::vector<std::string>& names) const {
   const auto found = std::ranges::find(names, Text());
   if (found == names.end()) Refuse("one of " + Join(names, ", ") + " is needed" + DidYouMean(Text(), names));

@@ -68,6 +68,17 @@ Json JobJson(const Job& job) {
           {"run_seed", *job.run_seed}};
 }
 
+Json ServerJson(const std::optional<ServerSettings>& settings) {
+  if (!settings) return {{"durability", "unknown"}};
+  Json json = {{"durability", DurabilityName(settings->Durability())},
+               {"innodb_flush_log_at_trx_commit", settings->flush_at_commit},
+               {"log_bin", settings->sync_binlog.has_value()}};
+  if (settings->sync_binlog) json["sync_binlog"] = *settings->sync_binlog;
+  json["innodb_buffer_pool_size"] = settings->buffer_pool;
+  json["innodb_log_file_size"] = settings->log_size;
+  return json;
+}
+
 Json ProblemsJson(const std::vector<ProblemLine>& lines) {
   Json problems = Json::array();
   for (const ProblemLine& line : lines)
@@ -87,7 +98,8 @@ std::string JsonText(const Bench& bench, const std::string& verb, const std::str
                {"target", target},
                {"exit_code", exit_code},
                {"interrupted", bench.cancel.Signal() != 0},
-               {"job", JobJson(bench.job)}};
+               {"job", JobJson(bench.job)},
+               {"server", ServerJson(bench.server)}};
   if (bench.load) json["load"] = {{"rows", bench.load->rows}, {"elapsed_ns", bench.load->elapsed}};
   if (bench.workload) json["workload"] = WorkloadJson(*bench.workload);
   json["problems"] = ProblemsJson(bench.log.Lines());

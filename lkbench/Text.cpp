@@ -161,4 +161,29 @@ bool ParseDuration(std::string_view text, std::chrono::nanoseconds& duration) {
   return true;
 }
 
+bool ParseSize(std::string_view text, std::uint64_t& bytes) {
+  struct Unit {
+    std::string_view suffix;
+    double mebibytes;
+  };
+  static constexpr Unit kUnits[] = {{"MiB", 1}, {"GiB", 1024}, {"M", 1}, {"G", 1024}};
+  static constexpr double kMost = 1024.0 * 1024 * 1024;  // a pebibyte
+  const auto* unit =
+      std::ranges::find_if(kUnits, [&](const Unit& each) { return text.ends_with(each.suffix); });
+  double number = 0;
+  if (unit == std::end(kUnits) || !ParseReal(text.substr(0, text.size() - unit->suffix.size()), number))
+    return false;
+  const double mebibytes = number * unit->mebibytes;
+  if (!(mebibytes >= 0 && mebibytes <= kMost) || mebibytes != std::floor(mebibytes)) return false;
+  bytes = static_cast<std::uint64_t>(mebibytes) << 20U;
+  return true;
+}
+
+std::string SizeText(std::uint64_t bytes) {
+  const std::uint64_t mebibytes = bytes >> 20U;
+  constexpr std::uint64_t kHalfGibibyte = 512;
+  if (mebibytes < 1024 || mebibytes % kHalfGibibyte != 0) return std::to_string(mebibytes) + "MiB";
+  return Short(static_cast<double>(mebibytes) / 1024) + "GiB";
+}
+
 }  // namespace lkbench

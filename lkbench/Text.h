@@ -35,6 +35,10 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string>& ca
 
 // "90s", "500ms", "5m", "1.5h" or plain seconds. False when it is no such text, negative or not finite.
 bool ParseDuration(std::string_view text, std::chrono::nanoseconds& duration);
+// "256MiB", "2GiB", "1.5GiB" (also "256M" and "2G"): whole mebibytes, in bytes. False when it is no such
+// text.
+bool ParseSize(std::string_view text, std::uint64_t& bytes);
+std::string SizeText(std::uint64_t bytes);  // of whole mebibytes: 1.5GiB, 100MiB
 // Whole-text conversions without locale; false when anything is left over or out of range.
 bool ParseInteger(std::string_view text, std::int64_t& value);
 bool ParseReal(std::string_view text, double& value);

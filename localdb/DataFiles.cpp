@@ -45,13 +45,13 @@ std::string OwnScript() {
 }
 
 // A full disk is told as that, not by what it makes fail.
-[[noreturn]] void FailToCreate(const Folder& folder) {
-  const std::string space = SpaceProblem(folder.Path(), kSpaceToCreate);
+[[noreturn]] void FailToCreate(const Folder& folder, const Settings& settings) {
+  const std::string space = SpaceProblem(folder.Path(), kSpaceToCreate + settings.log_size);
   throw LocalServerError("the data of the local database '" + folder.Path().string() +
-                         "' could not be made: " + (space.empty() ? LastWords(folder.CreateLog()) : space));
+                         "' could not be made: " + (space.empty() ? Explanation(folder.CreateLog()) : space));
 }
 
-void WriteScript(const Folder& folder) {
+void WriteScript(const Folder& folder, const Settings& settings) {
   const fs::path scripts = FindScripts(FindServer());
   OpenFile(folder.CreateScript(), O_WRONLY | O_CREAT | O_TRUNC);  // readable to us whatever the umask
   std::ofstream all(folder.CreateScript());
@@ -63,7 +63,7 @@ void WriteScript(const Folder& folder) {
   }
   all << OwnScript();
   all.close();
-  if (!all) FailToCreate(folder);
+  if (!all) FailToCreate(folder, settings);
 }
 
 struct CreateJob {
@@ -99,16 +99,17 @@ int Run(const CreateJob& job, const Deadline& deadline) {
 
 }  // namespace
 
-void CreateData(const Folder& folder, const Fd& start_lock, const Deadline& deadline) {
+void CreateData(const Folder& folder, const Settings& settings, const Fd& start_lock,
+                const Deadline& deadline) {
   std::error_code ignored;
   fs::remove_all(folder.NewData(), ignored);
   fs::create_directory(folder.NewData(), ignored);
   chmod(folder.NewData().c_str(), S_IRWXU);
-  WriteScript(folder);
-  const CommandLine program = CreateCommand(folder);
+  WriteScript(folder, settings);
+  const CommandLine program = CreateCommand(folder, settings);
   const Fd input = OpenFile(folder.CreateScript(), O_RDONLY);
   const Fd output = OpenFile(folder.CreateLog(), O_WRONLY | O_CREAT | O_TRUNC);
-  if (Run({program, input, output, start_lock}, deadline) != 0) FailToCreate(folder);
+  if (Run({program, input, output, start_lock}, deadline) != 0) FailToCreate(folder, settings);
   std::error_code failure;
   fs::rename(folder.NewData(), folder.Data(), failure);
   if (failure)

@@ -5,6 +5,7 @@
 #include "localdb/Deadline.h"
 #include "localdb/Fd.h"
 #include "localdb/Folder.h"
+#include "localdb/Settings.h"
 
 namespace localdb {
 
@@ -14,6 +15,7 @@ inline constexpr const char* kAccount = "lkbench";  // logs in by the socket, wi
 // Makes the data beside its place and renames it when it is whole, so that a process killed at any moment
 // leaves either good data or something that the next attempt clears away. The program that makes it dies
 // with this thread and holds the start lock while it lives. Throws LocalServerError.
-void CreateData(const Folder& folder, const Fd& start_lock, const Deadline& deadline);
+void CreateData(const Folder& folder, const Settings& settings, const Fd& start_lock,
+                const Deadline& deadline);
 
 }  // namespace localdb

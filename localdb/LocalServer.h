@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "localdb/Settings.h"
+
 namespace localdb {
 
 // One clear line: what is wrong, where, what would be right.
@@ -22,6 +24,7 @@ class LocalServerError : public std::runtime_error {
 };
 
 struct Options {
+  Settings settings;  // used by whoever starts the server: a running one keeps its own
   std::vector<std::string> server_arguments;  // added to the server's command line; used by whoever starts it
   int tcp_port = 0;                           // 0: socket only; else loopback TCP too (tests)
   std::chrono::seconds patience{120};         // for a server that recovers, or that somebody else stops

@@ -28,14 +28,26 @@ Texts ServerEnvironment() {
   return environment;
 }
 
+std::string LogSizeArgument(const Settings& settings) {
+  return "--innodb-log-file-size=" + std::to_string(settings.log_size);
+}
+
+// A relaxed commit is handed to the system, which outlives the server, and flushed once a second. No mode
+// keeps a binary log: nothing replicates from here, and it would be flushed at every commit as well.
+Texts SettingsArguments(const Settings& settings) {
+  const bool durable = settings.durability == Durability::kDurable;
+  return {"--innodb-buffer-pool-size=" + std::to_string(settings.buffer_pool), LogSizeArgument(settings),
+          std::string("--innodb-flush-log-at-trx-commit=") + (durable ? "1" : "2"), "--innodb-doublewrite=ON",
+          "--skip-log-bin"};
+}
+
 // --no-defaults must come first; the machine's own configuration is not for this server. What shapes the
-// files (log size, case of table names) is the same when they are made and when they are served.
+// files (case of table names) is the same when they are made and when they are served.
 Texts CommonArguments(const Folder& folder) {
   Texts arguments{FindServer(),
                   "--no-defaults",
                   "--tmpdir=" + folder.Temporary().string(),
                   "--lower-case-table-names=1",
-                  "--innodb-log-file-size=64M",
                   "--innodb-buffer-pool-dump-at-shutdown=OFF",
                   "--innodb-buffer-pool-load-at-startup=OFF"};
   if (geteuid() == 0) arguments.emplace_back("--user=root");
@@ -61,21 +73,21 @@ CommandLine::CommandLine(Texts arguments, Texts environment)
 
 CommandLine ServeCommand(const Folder& folder, const Options& options) {
   Texts arguments = CommonArguments(folder);
-  Append(arguments,
-         {"--datadir=" + folder.Data().string(), "--socket=" + folder.Socket().string(),
-          "--pid-file=" + folder.PidFile().string(), "--log-error=" + folder.Log().string(),
-          "--character-set-server=utf8mb4", "--collation-server=utf8mb4_nopad_bin", "--skip-name-resolve",
-          "--max-connections=500", "--max-prepared-stmt-count=1048576", "--innodb-flush-log-at-trx-commit=1",
-          "--innodb-buffer-pool-size=256M", "--use-stat-tables=NEVER", "--local-infile=OFF"});
+  Append(arguments, {"--datadir=" + folder.Data().string(), "--socket=" + folder.Socket().string(),
+                     "--pid-file=" + folder.PidFile().string(), "--log-error=" + folder.Log().string(),
+                     "--character-set-server=utf8mb4", "--collation-server=utf8mb4_nopad_bin",
+                     "--skip-name-resolve", "--max-connections=500", "--max-prepared-stmt-count=1048576",
+                     "--use-stat-tables=NEVER", "--local-infile=OFF"});
+  Append(arguments, SettingsArguments(options.settings));
   Append(arguments, NetworkArguments(options.tcp_port));
   Append(arguments, options.server_arguments);
   return {std::move(arguments), ServerEnvironment()};
 }
 
-CommandLine CreateCommand(const Folder& folder) {
+CommandLine CreateCommand(const Folder& folder, const Settings& settings) {
   Texts arguments = CommonArguments(folder);
-  Append(arguments, {"--datadir=" + folder.NewData().string(), "--bootstrap",
-                     "--enforce-storage-engine=", "--log-warnings=0", "--skip-networking"});
+  Append(arguments, {"--datadir=" + folder.NewData().string(), "--bootstrap", "--enforce-storage-engine=",
+                     "--log-warnings=0", "--skip-networking", LogSizeArgument(settings)});
   return {std::move(arguments), ServerEnvironment()};
 }
 

@@ -31,7 +31,8 @@ class CommandLine {
 // The server on the folder's data; what the options add comes last and so wins.
 CommandLine ServeCommand(const Folder& folder, const Options& options);
 
-// The server that reads SQL from its standard input into the new data folder and ends.
-CommandLine CreateCommand(const Folder& folder);
+// The server that reads SQL from its standard input into the new data folder and ends. The log gets the size
+// that the first start will want.
+CommandLine CreateCommand(const Folder& folder, const Settings& settings);
 
 }  // namespace localdb

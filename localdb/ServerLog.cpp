@@ -10,21 +10,21 @@ namespace {
 
 constexpr std::size_t kLines = 3;
 
-void Keep(std::deque<std::string>& last, const std::string& line) {
-  last.push_back(line);
-  if (last.size() > kLines) last.pop_front();
+bool IsError(const std::string& line) {
+  return line.find("[ERROR]") != std::string::npos || line.starts_with("ERROR:");
 }
 
 }  // namespace
 
-std::string LastWords(const std::filesystem::path& log) {
+std::string Explanation(const std::filesystem::path& log) {
   std::deque<std::string> errors;
   std::deque<std::string> lines;
   std::ifstream file(log);
   for (std::string line; std::getline(file, line);) {
     if (line.empty()) continue;
-    Keep(lines, line);
-    if (line.find("[ERROR]") != std::string::npos || line.starts_with("ERROR:")) Keep(errors, line);
+    lines.push_back(line);
+    if (lines.size() > kLines) lines.pop_front();
+    if (errors.size() < kLines && IsError(line)) errors.push_back(line);
   }
   std::string words;
   for (const std::string& line : errors.empty() ? lines : errors)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a log has to say to somebody who waits for its server.
+// What the log of a server that did not start has to say about it.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,8 @@
 
 namespace localdb {
 
-// The last lines that report an error, else the last lines, as one line; "(empty)" when there is nothing.
-std::string LastWords(const std::filesystem::path& log);
+// The first lines that report an error (what follows them follows from them), else the last lines, as one
+// line; "(empty)" when there is nothing.
+std::string Explanation(const std::filesystem::path& log);
 
 }  // namespace localdb

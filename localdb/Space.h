@@ -9,8 +9,8 @@
 namespace localdb {
 
 inline constexpr std::uintmax_t kMegabyte = std::uintmax_t{1024} * 1024;
-inline constexpr std::uintmax_t kSpaceToCreate = 128 * kMegabyte;  // what new data take, about
-inline constexpr std::uintmax_t kSpaceToRun = 32 * kMegabyte;      // what files grow by at a time, about
+inline constexpr std::uintmax_t kSpaceToCreate = 64 * kMegabyte;  // what new data take beside the log, about
+inline constexpr std::uintmax_t kSpaceToRun = 32 * kMegabyte;     // what files grow by at a time, about
 
 // Says how little is left when less than `needed` is; empty otherwise.
 std::string SpaceProblem(const std::filesystem::path& folder, std::uintmax_t needed);

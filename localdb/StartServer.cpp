@@ -68,7 +68,7 @@ pid_t WaitForAnswer(const Folder& folder, const Fd& reports, pid_t keeper, const
   const std::string space = SpaceProblem(folder.Path(), kSpaceToRun);
   throw LocalServerError(
       InFolder(folder) + (decided ? HowItEnded(*report) : "did not answer within " + deadline.Text()) + "; " +
-      (space.empty() ? "'" + folder.Log().string() + "' ends: " + LastWords(folder.Log()) : space));
+      (space.empty() ? "'" + folder.Log().string() + "' says: " + Explanation(folder.Log()) : space));
 }
 
 }  // namespace
@@ -77,7 +77,7 @@ StartedServer StartServer(const Folder& folder, const Options& options, const St
                           const Fd& server_lock, const Deadline& deadline) {
   ClearForStart(folder);
   std::error_code unknown;
-  if (!fs::exists(folder.Data(), unknown)) CreateData(folder, start_lock.File(), deadline);
+  if (!fs::exists(folder.Data(), unknown)) CreateData(folder, options.settings, start_lock.File(), deadline);
   const CommandLine command = ServeCommand(folder, options);
   const fs::path users_lock = folder.UsersLock();
   const fs::path socket = folder.Socket();

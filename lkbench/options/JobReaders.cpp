@@ -133,12 +133,36 @@ std::string ColumnTypesText(const Job& job) {
   return text + "]";
 }
 
+bool IsLocal(const Job& job) { return job.target.empty() || job.target.starts_with("local:"); }
+
 }  // namespace
 
 KeyType<Job> MixWeights() { return {.form = {}, .set = SetMix, .toml = MixText}; }
 
 KeyType<Job> ColumnTypeList() {
   return {.form = {.shape = KeyShape::kRepeated}, .set = SetColumnTypes, .toml = ColumnTypesText};
+}
+
+KeyType<Job> ServerDurability() {
+  static const std::vector<std::string> kNames = {"durable", "relaxed"};
+  return {.form = {.choices = kNames},
+          .set =
+              [](Job& job, const JobValue& value) {
+                job.server.durability = static_cast<localdb::Durability>(value.OneOf(kNames));
+              },
+          .toml =
+              [](const Job& job) {
+                return IsLocal(job) ? TomlText(kNames.at(static_cast<size_t>(job.server.durability))) : "";
+              }};
+}
+
+KeyType<Job> ServerSize(std::uint64_t localdb::Settings::*member, std::uint64_t low, std::uint64_t high) {
+  return {.form = {},
+          .set = [=](Job& job, const JobValue& value) { job.server.*member = value.Size(low, high); },
+          .toml =
+              [=](const Job& job) {
+                return IsLocal(job) ? TomlText(SizeText(job.server.*member)) : std::string();
+              }};
 }
 
 KeyType<Job> PasswordSource() {

@@ -53,6 +53,9 @@ TEST(JobFile, EveryKeyIsRead) {
   const Job job = Read(R"toml(
 target = "mariadb://u@h/s"
 password = "env:PW"
+durability = "relaxed"
+buffer_pool = "64MiB"
+log_size = "1.5GiB"
 users = 8
 duration = "90s"
 scale = 2.5
@@ -74,6 +77,9 @@ oci = "o.so"
 )toml");
   EXPECT_EQ(job.target, "mariadb://u@h/s");
   EXPECT_EQ(job.password, "env:PW");
+  EXPECT_EQ(job.server.durability, localdb::Durability::kRelaxed);
+  EXPECT_EQ(job.server.buffer_pool, 67108864u);
+  EXPECT_EQ(job.server.log_size, 1610612736u);
   EXPECT_EQ(job.users, 8);
   EXPECT_EQ(job.duration, std::chrono::seconds(90));
   EXPECT_EQ(job.scale, 2.5);
@@ -164,6 +170,12 @@ TEST(JobFile, AValueOutOfRangeIsRefused) {
                            "first_table = 0",
                            "distribution = \"gauss\"",
                            "log_level = \"loud\"",
+                           "durability = \"fast\"",
+                           "buffer_pool = \"31MiB\"",
+                           "buffer_pool = 64",
+                           "buffer_pool = \"1025GiB\"",
+                           "log_size = \"7MiB\"",
+                           "log_size = \"513GiB\"",
                            "mix = { insert = -1 }",
                            "mix = { insert = 0, update = 0 }",
                            "mix = {}",

@@ -64,6 +64,31 @@ TEST(Text, WhatIsNoDurationIsRefused) {
     EXPECT_EQ(DurationOf(text), nanoseconds(-1)) << text;
 }
 
+std::uint64_t SizeOf(const char* text) {
+  std::uint64_t bytes = 0;
+  return ParseSize(text, bytes) ? bytes : 1;
+}
+
+TEST(Text, SizesAreWholeMebibytes) {
+  EXPECT_EQ(SizeOf("1MiB"), 1048576u);
+  EXPECT_EQ(SizeOf("512M"), 536870912u);
+  EXPECT_EQ(SizeOf("2GiB"), 2147483648u);
+  EXPECT_EQ(SizeOf("1.5G"), 1610612736u);
+}
+
+TEST(Text, WhatIsNoSizeIsRefused) {
+  for (const char* text : {"", "1", "GiB", "1GB", "1 GiB", "1T", "0.5MiB", "1.0001GiB", "-1MiB", "nanMiB",
+                           "infGiB", "1e300G", "0x1M"})
+    EXPECT_EQ(SizeOf(text), 1u) << text;
+}
+
+TEST(Text, ASizeIsShownInTheUnitThatIsShorter) {
+  EXPECT_EQ(SizeText(1048576), "1MiB");
+  EXPECT_EQ(SizeText(1073741824), "1GiB");
+  EXPECT_EQ(SizeText(1610612736), "1.5GiB");
+  EXPECT_EQ(SizeText(std::uint64_t{1025} * 1048576), "1025MiB");
+}
+
 TEST(Text, TheNearestNameIsFoundWhateverItsCase) {
   const std::vector<std::string> names = {"users", "scale", "tables"};
   EXPECT_EQ(Nearest("user", names), "users");

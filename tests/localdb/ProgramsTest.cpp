@@ -64,18 +64,18 @@ TEST_F(Programs, TheServersScriptsAreLookedForBesideItFirst) {
   EXPECT_EQ(localdb::FindScripts(m_first / "sbin" / "mariadbd"), m_first / "share" / "mysql");
 }
 
-TEST(LastWords, AreTheLastThreeErrorsInOneLine) {
+TEST(Explanation, AreTheFirstThreeErrorsInOneLine) {
   const test_support::TemporaryFolder folder;
   const fs::path log = folder.Path() / "log";
   std::ofstream(log) << "[ERROR] a\n[ERROR] b\n[Note] c\n[ERROR] d\n[ERROR] e\n[Note] f\n";
-  EXPECT_EQ(localdb::LastWords(log), "[ERROR] b | [ERROR] d | [ERROR] e");
+  EXPECT_EQ(localdb::Explanation(log), "[ERROR] a | [ERROR] b | [ERROR] d");
 }
 
-TEST(LastWords, WithoutErrorsAreTheLastThreeLines) {
+TEST(Explanation, WithoutErrorsAreTheLastThreeLines) {
   const test_support::TemporaryFolder folder;
   const fs::path log = folder.Path() / "log";
   std::ofstream(log) << "a\nb\n\nc\nd\n";
-  EXPECT_EQ(localdb::LastWords(log), "b | c | d");
+  EXPECT_EQ(localdb::Explanation(log), "b | c | d");
 }
 
-TEST(LastWords, OfAMissingLogAreEmpty) { EXPECT_EQ(localdb::LastWords("/nowhere/log"), "(empty)"); }
+TEST(Explanation, OfAMissingLogAreEmpty) { EXPECT_EQ(localdb::Explanation("/nowhere/log"), "(empty)"); }

@@ -39,13 +39,6 @@ TEST_F(LocalServerTest, IsSetUpForTheBenchmark) {
   EXPECT_EQ(client.Value("SELECT @@max_connections >= 320"), "1");
 }
 
-TEST_F(LocalServerTest, CommitsAreDurable) {
-  const LocalServer server(Db());
-  SqlClient client(server);
-  EXPECT_EQ(client.Value("SELECT @@innodb_flush_log_at_trx_commit"), "1");
-  EXPECT_EQ(client.Value("SELECT @@innodb_doublewrite"), "1");
-}
-
 TEST_F(LocalServerTest, ServerArgumentsOfTheOptionsWin) {
   Options options;
   options.server_arguments = {"--max-connections=17"};
