@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The memory of array binds: what they allocate they give back, also after a refused allocation.
+// The memory of array binds and columns: what they allocate they give back, also after a refused allocation.
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -22,20 +22,16 @@ class BindMemory : public scripted::ConnectedDriver<> {};
 // Bytes that the process's heap has given out. Stays 0 under the address sanitizer, which finds leaks itself.
 size_t HeapInUse() { return mallinfo2().uordblks; }
 
-// What a column's binds cost after `nTimes` were made and deleted, arrays and generator included.
-template <class Make>
-size_t HeapAfter(int nTimes, Make make) {
-  for (int i = 0; i < nTimes; ++i) {
-    const std::unique_ptr<IBind> pBind = make();
-    pBind->GetDataGenerator();
-  }
+template <class Action>
+size_t HeapAfter(int nTimes, Action action) {
+  for (int i = 0; i < nTimes; ++i) action();
   return HeapInUse();
 }
 
-template <class Make>
-void ExpectNothingKept(Make make) {
-  const size_t before = HeapAfter(10, make);  // what is kept by the first calls of anything
-  EXPECT_EQ(HeapAfter(100, make), before);
+template <class Action>
+void ExpectNothingKept(Action action) {
+  const size_t before = HeapAfter(10, action);  // what is kept by the first calls of anything
+  EXPECT_EQ(HeapAfter(100, action), before);
 }
 
 TEST_F(BindMemory, IsGivenBackWithTheBind) {
@@ -45,7 +41,7 @@ TEST_F(BindMemory, IsGivenBackWithTheBind) {
   CColumn date = ColumnOf(DateColumn("D"));
   for (CColumn* pColumn : {&id, &number, &text, &date}) {
     SCOPED_TRACE(pColumn->GetName().ToChar());
-    ExpectNothingKept([&] { return std::unique_ptr<IBind>(pColumn->CreateBind(500)); });
+    ExpectNothingKept([&] { std::unique_ptr<IBind>(pColumn->CreateBind(500))->GetDataGenerator(); });
   }
 }
 
@@ -53,9 +49,8 @@ TEST_F(BindMemory, OfTheFirstInitializeIsGivenBackByTheSecond) {
   CColumn column = ColumnOf(TextColumn("T", 40));
   const auto recorder = wxSetAssertHandler([](auto...) {});  // a recorded report is memory too
   ExpectNothingKept([&] {
-    std::unique_ptr<IBind> pBind(column.CreateBind(500));
+    const std::unique_ptr<IBind> pBind(column.CreateBind(500));
     pBind->Initialize();
-    return pBind;
   });
   wxSetAssertHandler(recorder);
 }
@@ -68,6 +63,13 @@ TEST_F(BindMemory, IsGivenBackOnceWhenTheSecondInitializeIsRefusedItsArrays) {
   EXPECT_EQ(bind.Initialize(), 0);
   EXPECT_EQ(bind.m_pData, nullptr);
   EXPECT_EQ(bind.m_pIndicator, nullptr);
+}
+
+TEST_F(BindMemory, OfColumnsIsGivenBackWithTheirArray) {
+  ExpectNothingKept([] {
+    CColumns columns;
+    for (int i = 1; i <= 5; ++i) columns.m_ColArray.Add(new CColumn(nullptr, nullptr, i));
+  });
 }
 
 }  // namespace

@@ -114,6 +114,17 @@ TEST_F(LoadRows, AFullLastBatchIsCounted) {
   EXPECT_EQ(pUser->GetRowsProcessed(), 1000);
 }
 
+TEST_F(LoadRows, BatchesAreOf500RowsUnlessSetAndOf1000AtMost) {
+  HaveTables(1);
+  m_properties.SetScale(1.2);
+  SetRowsPerCommit(0);
+  EXPECT_EQ(ReadyUser(1, 1)->Execute(), 1);
+  EXPECT_THAT(BatchSizes(), ElementsAre(500, 500, 200));
+  SetRowsPerCommit(1200);
+  EXPECT_EQ(ReadyUser(1, 1)->Execute(), 1);
+  EXPECT_THAT(BatchSizes(), ElementsAre(1000, 200));
+}
+
 TEST_F(LoadRows, ASequenceBehindTheFirstColumnStartsAtTheFirstRowLoaded) {
   m_properties.GetRepBenchmarkProperties().SetTableNumber(1);
   scripted::DescribeTable("LK_REP_TABLE1", {scripted::NumberColumn("KEY", 9, 0), IdColumn()});
