@@ -187,6 +187,25 @@ TEST_F(RefreshStatement, TheBaseKeepsNothingAndHasNoName) {
   EXPECT_TRUE(m_xact.GetName().IsEmpty());
 }
 
+// Another of the family, which knows how many rows to keep and not how many there were.
+class KeepTenRows : public CREP_Refresh_Base {
+ public:
+  int GetRowInfo(__int64& iStartRows, __int64& /*iTotalRows*/) override {
+    iStartRows = 10;
+    return 0;
+  }
+};
+
+TEST_F(RefreshStatement, TheBaseDeletesAlsoWhenTheCountsAreSaidToHaveFailed) {
+  KeepTenRows xact;
+  Bind(xact);
+  xact.m_strTableName = L"LK_REP_TABLE1";
+  Oci().RowCounts("DELETE", {5000, 5});
+  EXPECT_EQ(xact.Execute(), 1);
+  EXPECT_THAT(m_reports.Reports(), ElementsAre(Message("-50000.00"), Message("-50050.00")));
+  xact.PostBenchmark();
+}
+
 class RefreshSequence : public plugin_test::SchemaTest {
  protected:
   CREP_Refresh_Sequence m_xact;
