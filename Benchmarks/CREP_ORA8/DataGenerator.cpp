@@ -105,11 +105,10 @@ void* CStrGenerator::GenerateData(int* poutLen) {
   if (m_lpValue == nullptr) return Report(nullptr, -1, poutLen);
   std::memset(m_lpValue, 0, static_cast<size_t>(m_nMaxLength));
   if (bNull) return Report(m_lpValue, -1, poutLen);
-  std::string strText;
-  int nLen = m_pRandGen->MakeAlphaString(1, m_nMaxLength - 1, strText);
+  int nLen = m_pRandGen->MakeAlphaString(1, m_nMaxLength - 1, m_strText);
   REP_ASSERT_AT(nLen < m_nMaxLength, "nLen < m_nMaxLength", "DataGenerator", 179, "GenerateData");
   nLen = std::min(nLen, m_nMaxLength - 1);  // kept: for size 0, where a letter is asked for and none reported
-  std::memcpy(m_lpValue, strText.data(), std::min(strText.size(), static_cast<size_t>(m_nMaxLength)));
+  std::memcpy(m_lpValue, m_strText.data(), std::min(m_strText.size(), static_cast<size_t>(m_nMaxLength)));
   return Report(m_lpValue, nLen, poutLen);
 }
 

@@ -5,6 +5,8 @@
 // bind; the random source belongs to the loader. One thread.
 #pragma once
 
+#include <string>
+
 #include "core/LKTypes.h"
 #include "core/Random.h"
 
@@ -77,6 +79,9 @@ class CStrGenerator : public IDataGenerator {
 
   int m_nMaxLength;  // of the buffer: terminator included
   char* m_lpValue = nullptr;
+
+ private:
+  std::string m_strText;  // what the random source fills, kept for its memory
 };
 
 // A date from 1950-01-01 00:00:00 to 2500-12-30 12:12:12 as "%Y/%m/%d %H:%M:%S".

@@ -79,7 +79,9 @@ class HandLoop {
     std::memcpy(&column[Index(slot * width)], m_text.data(), m_text.size());
     indicators[Index(slot)] = static_cast<sb2>(length);
   }
+  // A nullable date costs the generator a draw more than it uses: the same rows need the same draws.
   void Date(std::vector<char>& column, std::vector<sb2>& indicators, int slot, bool nullable) {
+    if (nullable) m_random.UnifInt(1, 100);
     if (nullable && Null()) {
       indicators[Index(slot)] = -1;
       return;

@@ -2,12 +2,9 @@
 #include "core/Random.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 namespace {
-
-__extension__ typedef unsigned __int128 Wide;  // NOLINT: a product of two draws
 
 std::uint64_t SplitMix64(std::uint64_t& nState) {
   std::uint64_t z = (nState += 0x9E3779B97F4A7C15U);
@@ -26,13 +23,23 @@ long Between(CXoshiro256& engine, long nLow, long nHigh) {
 }
 
 constexpr char kLetters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-constexpr std::uint64_t kLetterCount = sizeof kLetters - 1;
+constexpr unsigned kLetterCount = sizeof kLetters - 1;
 constexpr int kLettersPerDraw = 10;  // 52^10 < 2^64, and fewer than 1 % of the draws are rejected
 
-constexpr std::uint64_t LetterGroups() {
-  std::uint64_t nGroups = 1;
-  for (int i = 0; i < kLettersPerDraw; ++i) nGroups *= kLetterCount;
-  return nGroups;
+constexpr std::uint64_t PowerOfLetters(int nExponent) {
+  std::uint64_t nPower = 1;
+  while (nExponent-- > 0) nPower *= kLetterCount;
+  return nPower;
+}
+
+// The letters of one draw, the lowest digit to base 52 first. Halves of 32 bits do not wait for each other.
+void WriteLetters(std::uint64_t nDraw, char* pOut, int nCount) {
+  constexpr int kHalf = kLettersPerDraw / 2;
+  auto nLow = static_cast<std::uint32_t>(nDraw % PowerOfLetters(kHalf));
+  auto nHigh = static_cast<std::uint32_t>(nDraw / PowerOfLetters(kHalf));
+  for (int i = 0; i < std::min(nCount, kHalf); ++i, nLow /= kLetterCount)
+    pOut[i] = kLetters[nLow % kLetterCount];
+  for (int i = kHalf; i < nCount; ++i, nHigh /= kLetterCount) pOut[i] = kLetters[nHigh % kLetterCount];
 }
 
 }  // namespace
@@ -40,32 +47,6 @@ constexpr std::uint64_t LetterGroups() {
 void CXoshiro256::Seed(std::uint64_t nSeed) {
   for (std::uint64_t& nWord : m_State) nWord = SplitMix64(nSeed);
 }
-
-std::uint64_t CXoshiro256::Next() {
-  const std::uint64_t nResult = std::rotl(m_State[0] + m_State[3], 23) + m_State[0];
-  const std::uint64_t nShifted = m_State[1] << 17;
-  m_State[2] ^= m_State[0];
-  m_State[3] ^= m_State[1];
-  m_State[1] ^= m_State[2];
-  m_State[0] ^= m_State[3];
-  m_State[2] ^= nShifted;
-  m_State[3] = std::rotl(m_State[3], 45);
-  return nResult;
-}
-
-// The high word of draw * bound is the result. It is uniform once the products with a low word below 2^64 mod
-// bound are drawn again.
-std::uint64_t CXoshiro256::Below(std::uint64_t nBound) {
-  if (nBound == 0) return Next();
-  Wide nProduct = Wide{Next()} * nBound;
-  if (static_cast<std::uint64_t>(nProduct) < nBound) {
-    const std::uint64_t nRejected = -nBound % nBound;
-    while (static_cast<std::uint64_t>(nProduct) < nRejected) nProduct = Wide{Next()} * nBound;
-  }
-  return static_cast<std::uint64_t>(nProduct >> 64);
-}
-
-double CXoshiro256::NextDouble() { return static_cast<double>(Next() >> 11) * 0x1.0p-53; }
 
 void CRandom::Seed(int nSeed) { m_Engine.Seed(static_cast<std::uint64_t>(nSeed)); }
 
@@ -90,16 +71,10 @@ double CRandGen::UnifReal(double fLow, double fHigh) {
 int CRandGen::MakeAlphaString(int nMin, int nMax, std::string& szOut) {
   const long nLength = Between(m_Engine, std::max(nMin, 0), std::max(nMax, 0));
   szOut.resize(static_cast<size_t>(nLength));
-  std::uint64_t nLetters = 0;
-  int nLeft = 0;
-  for (char& c : szOut) {
-    if (nLeft-- == 0) {
-      nLetters = m_Engine.Below(LetterGroups());
-      nLeft = kLettersPerDraw - 1;
-    }
-    c = kLetters[nLetters % kLetterCount];
-    nLetters /= kLetterCount;
-  }
+  char* pOut = szOut.data();
+  for (long nLeft = nLength; nLeft > 0; nLeft -= kLettersPerDraw, pOut += kLettersPerDraw)
+    WriteLetters(m_Engine.Below(PowerOfLetters(kLettersPerDraw)), pOut,
+                 static_cast<int>(std::min<long>(nLeft, kLettersPerDraw)));
   return static_cast<int>(nLength);
 }
 

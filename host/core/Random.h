@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string>
 
@@ -22,8 +23,37 @@ class CXoshiro256 {
   double NextDouble();                        // uniform in [0, 1), 53 bits
 
  private:
+  __extension__ typedef unsigned __int128 Wide;  // NOLINT: a product of two draws
+
   std::array<std::uint64_t, 4> m_State{};
 };
+
+// In sight of their callers: rows are made of these draws.
+inline std::uint64_t CXoshiro256::Next() {
+  const std::uint64_t nResult = std::rotl(m_State[0] + m_State[3], 23) + m_State[0];
+  const std::uint64_t nShifted = m_State[1] << 17;
+  m_State[2] ^= m_State[0];
+  m_State[3] ^= m_State[1];
+  m_State[1] ^= m_State[2];
+  m_State[0] ^= m_State[3];
+  m_State[2] ^= nShifted;
+  m_State[3] = std::rotl(m_State[3], 45);
+  return nResult;
+}
+
+// The high word of draw * bound is the result. It is uniform once the products with a low word below 2^64 mod
+// bound are drawn again.
+inline std::uint64_t CXoshiro256::Below(std::uint64_t nBound) {
+  if (nBound == 0) return Next();
+  Wide nProduct = Wide{Next()} * nBound;
+  if (static_cast<std::uint64_t>(nProduct) < nBound) {
+    const std::uint64_t nRejected = -nBound % nBound;
+    while (static_cast<std::uint64_t>(nProduct) < nRejected) nProduct = Wide{Next()} * nBound;
+  }
+  return static_cast<std::uint64_t>(nProduct >> 64);
+}
+
+inline double CXoshiro256::NextDouble() { return static_cast<double>(Next() >> 11) * 0x1.0p-53; }
 
 class CRandom {
  public:

@@ -27,20 +27,6 @@ void BindHandle::SetSkips(ub4 value, ub4 indicator, ub4 length, ub4 code) {
   m_code_skip = code;
 }
 
-bool BindHandle::IsNull(ub4 row) const {
-  if (!m_indicators) return m_values == nullptr;
-  sb2 indicator = 0;
-  std::memcpy(&indicator, m_indicators + std::size_t{row} * m_indicator_skip, sizeof indicator);
-  return indicator < 0 || !m_values;
-}
-
-std::optional<std::size_t> BindHandle::Length(ub4 row) const {
-  if (!m_lengths) return std::nullopt;
-  ub2 length = 0;
-  std::memcpy(&length, m_lengths + std::size_t{row} * m_length_skip, sizeof length);
-  return length;
-}
-
 void BindHandle::SetCode(ub4 row, ub2 code) const {
   if (m_codes) std::memcpy(m_codes + std::size_t{row} * m_code_skip, &code, sizeof code);
 }

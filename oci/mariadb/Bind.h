@@ -6,6 +6,7 @@
 
 #include <oci.h>
 
+#include <cstring>
 #include <optional>
 
 #include "oci/mariadb/Handles.h"
@@ -37,5 +38,20 @@ class BindHandle : public Handle {
   ub2 m_type = 0;
   ub4 m_value_skip = 0, m_indicator_skip = 0, m_length_skip = 0, m_code_skip = 0;
 };
+
+// In sight of their callers, which ask for every value of an array.
+inline bool BindHandle::IsNull(ub4 row) const {
+  if (!m_indicators) return m_values == nullptr;
+  sb2 indicator = 0;
+  std::memcpy(&indicator, m_indicators + std::size_t{row} * m_indicator_skip, sizeof indicator);
+  return indicator < 0 || !m_values;
+}
+
+inline std::optional<std::size_t> BindHandle::Length(ub4 row) const {
+  if (!m_lengths) return std::nullopt;
+  ub2 length = 0;
+  std::memcpy(&length, m_lengths + std::size_t{row} * m_length_skip, sizeof length);
+  return length;
+}
 
 }  // namespace ocimaria

@@ -112,6 +112,19 @@ MYSQL_TIME FromDateText(std::string_view text) {
   return time;
 }
 
+MYSQL_TIME FromDateTime(const sql::DateTime& time) {
+  MYSQL_TIME converted{};
+  converted.time_type = MYSQL_TIMESTAMP_DATETIME;
+  converted.year = static_cast<unsigned>(time.year);
+  converted.month = static_cast<unsigned>(time.month);
+  converted.day = static_cast<unsigned>(time.day);
+  converted.hour = static_cast<unsigned>(time.hour);
+  converted.minute = static_cast<unsigned>(time.minute);
+  converted.second = static_cast<unsigned>(time.second);
+  converted.second_part = static_cast<unsigned long>(time.microsecond);
+  return converted;
+}
+
 std::string ToDateText(const MYSQL_TIME& time, unsigned fraction_digits) {
   char text[48];
   int length = std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", time.year, time.month,

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "oci/mariadb/sql/DateMask.h"
+
 namespace ocimaria {
 
 constexpr std::size_t kOracleDateBytes = 7;
@@ -23,6 +25,8 @@ void ToOracleDate(const MYSQL_TIME& time, ub1* bytes);
 // The text 'YYYY-MM-DD', with ' HH:MM:SS' and '.ffffff' behind it or not. Throws OraError 1861 for anything
 // else and the numbers above for what is no date.
 MYSQL_TIME FromDateText(std::string_view text);
+
+MYSQL_TIME FromDateTime(const sql::DateTime& time);
 
 // A DATE or TIMESTAMP as text: with as many digits of the fraction as its column has.
 std::string ToDateText(const MYSQL_TIME& time, unsigned fraction_digits);

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/ParameterBatch.h"
 
+#include <algorithm>
+
 namespace ocimaria {
 
 ub4 ParameterBatch::Fill(ub4 first, ub4 end) {
-  for (ParameterColumn& column : m_columns) column.Clear();
+  constexpr ub4 kRoom = 1000;  // a caller may claim any number of rows
+  for (ParameterColumn& column : m_columns) {
+    column.Clear();
+    column.Reserve(std::min(end - first, kRoom));
+  }
   m_problem.reset();
   m_first = first;
   m_rows = 0;

@@ -171,7 +171,7 @@ std::size_t ParameterColumn::AppendMasked(ub4 element) {
     throw OraError(932, {"CHAR", "NUMBER"});
   const std::string_view text = Text(element);
   if (text.empty()) return AppendNull();
-  return AppendTime(FromDateText(m_mask->ToCanonical(text)));
+  return AppendTime(FromDateTime(m_mask->Read(text)));
 }
 
 std::size_t ParameterColumn::AppendNull() {
@@ -225,6 +225,22 @@ std::size_t ParameterColumn::AppendTime(const MYSQL_TIME& time) {
   m_times.push_back(time);
   m_indicators.push_back(STMT_INDICATOR_NONE);
   return 13;
+}
+
+void ParameterColumn::Reserve(std::size_t rows) {
+  m_indicators.reserve(rows);
+  switch (m_wire) {
+    case MYSQL_TYPE_LONGLONG:
+    case MYSQL_TYPE_DOUBLE:
+      m_numbers.reserve(rows);
+      break;
+    case MYSQL_TYPE_DATETIME:
+      m_times.reserve(rows);
+      break;
+    default:
+      m_pointers.reserve(rows);
+      m_lengths.reserve(rows);
+  }
 }
 
 void ParameterColumn::Resize(std::size_t rows) {

@@ -31,7 +31,8 @@ class ParameterColumn {
   // Converts one element and keeps it as the next row. Gives the bytes it takes on the wire. Throws OraError
   // for a value that cannot be sent: nothing is kept then.
   std::size_t Append(ub4 element);
-  void Resize(std::size_t rows);  // drops rows from the end
+  void Reserve(std::size_t rows);  // makes room at once for as many
+  void Resize(std::size_t rows);   // drops rows from the end
   void Clear() { Resize(0); }
 
   // For the rows from `first` on, as an array or as one value.

@@ -86,3 +86,12 @@ TEST(DateTime, IsAValue) {
   copy = lkDateTime();
   EXPECT_EQ(copy, 0.0);
 }
+
+TEST(DateTime, WritesWhatIsNotOfTwoDigitsOrFourAsStrftimeDoes) {
+  const lkDateTime date(99, 1, 2, 3, 4, 5);
+  EXPECT_EQ(date.Format("%Y-%m-%d"), "99-01-02");
+  EXPECT_EQ(date.Format("%H%%"), "03%");
+  EXPECT_EQ(date.Format("%M:%S %p"), "04:05 AM");
+  EXPECT_EQ(lkDateTime(10000, 1, 2, 0, 0, 0).Format("%Y/%m/%d"), "10000/01/02");
+  EXPECT_EQ(date.Format(""), "");
+}

@@ -42,6 +42,11 @@ TEST(DateText, ThatIsNoDateIsRefusedByItsNumber) {
     EXPECT_EQ(CodeOf([&] { FromDateText(text); }), 1861) << text;
 }
 
+TEST(DateTime, KeepsEveryPartOfWhatAMaskRead) {
+  const sql::DateTime read = sql::DateMask("YYYY/MM/DD HH24:MI:SS.FF").Read("2001/02/03 14:05:06.789");
+  EXPECT_EQ(ToDateText(FromDateTime(read), 6), "2001-02-03 14:05:06.789000");
+}
+
 TEST(OracleDate, RoundTripsThroughItsSevenBytes) {
   for (const char* text :
        {"0001-01-01 00:00:00", "1950-06-15 12:30:45", "2000-02-29 23:59:59", "9999-12-31 01:02:03"}) {

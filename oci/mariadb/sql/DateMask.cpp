@@ -37,7 +37,8 @@ year_month_day FromDayOfYear(int in_year, int day_of_year) {
 
 year_month_day DateOf(const DateFields& fields) {
   if (fields.julian >= 0) return sys_days(days(fields.julian - kJulianOfEpoch));
-  const auto current = FirstOfCurrentMonth();
+  const bool needs_current = fields.year < 0 || (fields.month < 0 && fields.day_of_year < 0);
+  const auto current = needs_current ? FirstOfCurrentMonth() : year_month_day{};
   const int in_year = fields.year >= 0 ? fields.year : static_cast<int>(current.year());
   if (fields.day_of_year >= 0) return FromDayOfYear(in_year, fields.day_of_year);
   const auto in_month = fields.month >= 0 ? month(static_cast<unsigned>(fields.month)) : current.month();
@@ -113,21 +114,33 @@ std::string_view ServerLetters(const DateElement& element) {
 DateMask::DateMask(std::string_view mask)
     : m_elements(ParseDateMask(mask)),
       m_has_fraction(std::ranges::find(m_elements, DatePart::kFraction, &DateElement::part) !=
-                     m_elements.end()) {}
+                     m_elements.end()),
+      m_is_plain(IsPlain(m_elements)) {}
 
-std::string DateMask::ToCanonical(std::string_view text) const {
-  const DateFields fields = DateReader(text).Read(m_elements);
+DateTime DateMask::Read(std::string_view text) const {
+  const std::optional<DateFields> plain = m_is_plain ? ReadPlain(text) : std::nullopt;
+  const DateFields fields = plain ? *plain : DateReader(text).Read(m_elements);
   const year_month_day date = DateOf(fields);
   CheckYear(date);
   CheckWeekday(fields, date);
   const TimeOfDay time = TimeOf(fields);
-  char canonical[64];
-  int length = std::snprintf(canonical, sizeof canonical, "%04d-%02u-%02u %02d:%02d:%02d",
-                             static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                             static_cast<unsigned>(date.day()), time.hour, time.minute, time.second);
+  return {static_cast<int>(date.year()),
+          static_cast<int>(static_cast<unsigned>(date.month())),
+          static_cast<int>(static_cast<unsigned>(date.day())),
+          time.hour,
+          time.minute,
+          time.second,
+          fields.microsecond};
+}
+
+std::string DateMask::ToCanonical(std::string_view text) const {
+  const DateTime time = Read(text);
+  char canonical[96];
+  int length = std::snprintf(canonical, sizeof canonical, "%04d-%02d-%02d %02d:%02d:%02d", time.year,
+                             time.month, time.day, time.hour, time.minute, time.second);
   if (m_has_fraction) {
     length += std::snprintf(canonical + length, sizeof canonical - static_cast<std::size_t>(length), ".%06d",
-                            fields.microsecond);
+                            time.microsecond);
   }
   return std::string(canonical, static_cast<std::size_t>(length));
 }

@@ -85,7 +85,42 @@ bool IsOptional(DatePart part) {
   }
 }
 
+// The number of `width` digits at a place; -1 when it is none or out of its range.
+int DigitsAt(std::string_view text, std::size_t place, int width, int lowest, int highest) {
+  int value = 0;
+  for (const char c : text.substr(place, static_cast<std::size_t>(width))) {
+    if (!IsDigit(c)) return -1;
+    value = value * 10 + (c - '0');
+  }
+  return value >= lowest && value <= highest ? value : -1;
+}
+
 }  // namespace
+
+bool IsPlain(const std::vector<DateElement>& elements) {
+  constexpr std::array kParts{DatePart::kYear,   DatePart::kMonth,  DatePart::kDay,
+                              DatePart::kHour24, DatePart::kMinute, DatePart::kSecond};
+  if (elements.size() != 2 * kParts.size() - 1 || elements.front().width != 4) return false;
+  for (std::size_t i = 0; i < elements.size(); ++i)
+    if (elements[i].part != (i % 2 == 0 ? kParts[i / 2] : DatePart::kPunctuation)) return false;
+  return true;
+}
+
+std::optional<DateFields> ReadPlain(std::string_view text) {
+  if (text.size() != 19) return std::nullopt;
+  for (const std::size_t mark : {4, 7, 10, 13, 16})
+    if (IsLetter(text[mark]) || IsDigit(text[mark])) return std::nullopt;
+  DateFields fields;
+  fields.year = DigitsAt(text, 0, 4, 1, 9999);
+  fields.month = DigitsAt(text, 5, 2, 1, 12);
+  fields.day = DigitsAt(text, 8, 2, 1, 31);
+  fields.hour = DigitsAt(text, 11, 2, 0, 23);
+  fields.minute = DigitsAt(text, 14, 2, 0, 59);
+  fields.second = DigitsAt(text, 17, 2, 0, 59);
+  const bool fine =
+      std::min({fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second}) >= 0;
+  return fine ? std::optional(fields) : std::nullopt;
+}
 
 DateFields DateReader::Read(const std::vector<DateElement>& elements) {
   for (std::size_t i = 0; i < elements.size(); ++i) {

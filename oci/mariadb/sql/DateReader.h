@@ -2,6 +2,7 @@
 // Reads one date text by the elements of a mask. An object is one reading.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,11 @@ struct DateFields {
   int julian = -1;
   int meridian = -1;  // 0 before noon, 1 after
 };
+
+// A text of exactly the form "2001-02-03 04:05:06", with any marks, for a mask of these six parts in this
+// order: what DateReader reads from it, only sooner. Nothing for any other text, or one out of range.
+std::optional<DateFields> ReadPlain(std::string_view text);
+bool IsPlain(const std::vector<DateElement>& elements);  // whether a mask is such a one
 
 class DateReader {
  public:

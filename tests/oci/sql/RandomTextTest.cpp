@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <random>
 
 #include "OraErrorOf.h"
@@ -178,6 +179,39 @@ TEST(RandomText, IsADateInItsOneFormOrNone) {
           date);
     });
   }
+}
+
+// What DateMask makes of a text: the date, or the number of the refusal.
+std::string Outcome(const DateMask& mask, const std::string& text) {
+  std::string outcome;
+  const int error = OraErrorOf([&] { outcome = mask.ToCanonical(text); });
+  return error != 0 ? std::to_string(error) : outcome;
+}
+
+// Numbers up to two beyond their range, and perhaps another character somewhere.
+std::string AlmostADate(std::mt19937& random) {
+  constexpr std::string_view kCharacters = "0123456789/-: .JZ\t";
+  const auto below = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
+  char text[32];
+  std::snprintf(text, sizeof text, "%04u/%02u/%02u %02u:%02u:%02u", below(3) * 2000, below(15), below(34),
+                below(26), below(62), below(62));
+  if (below(4) == 0) text[below(19)] = kCharacters[below(kCharacters.size())];
+  return text;
+}
+
+TEST(RandomText, IsReadByThePlainMaskAsElementByElement) {
+  const DateMask at_once("YYYY/MM/DD HH24:MI:SS");
+  const DateMask one_by_one("FMYYYY/MM/DD HH24:MI:SS");  // FM has no meaning when reading
+  std::mt19937 random(46);
+  int accepted = 0;
+  for (int i = 0; i < kTexts; ++i) {
+    const std::string text = AlmostADate(random);
+    const std::string outcome = Outcome(at_once, text);
+    ASSERT_EQ(outcome, Outcome(one_by_one, text)) << text;
+    if (outcome.size() == 19) ++accepted;
+  }
+  EXPECT_GT(accepted, kTexts / 10);
+  EXPECT_LT(accepted, kTexts * 9 / 10);
 }
 
 }  // namespace
