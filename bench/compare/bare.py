@@ -6,6 +6,16 @@ import programs
 import runner
 
 
+def keep_all_digits(server, tables):
+    """Makes columns that would round numbers keep them as they are sent. What lkbench draws values by, whether they may be
+    NULL and their type as it was declared (in a comment), stays."""
+    columns = server.sql("SELECT table_name, column_name, IF(is_nullable = 'YES', '', 'NOT NULL'), column_comment"
+                         " FROM information_schema.columns WHERE table_schema = DATABASE() AND data_type = 'decimal'")
+    for table, column, not_null, comment in columns:
+        if table.upper() in tables:
+            server.sql(f"ALTER TABLE {table} MODIFY {column} DOUBLE {not_null} COMMENT '{comment}'")
+
+
 def write_rows(server, folder, tables):
     """The rows of the tables, as files that LOAD DATA reads."""
     folder.mkdir(parents=True, exist_ok=True)

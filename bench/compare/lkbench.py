@@ -18,8 +18,11 @@ class Lkbench:
         """As it is shown: without the folder of this run."""
         return programs.text_of(["lkbench", verb, *self._flags, *flags])
 
+    def whole_command(self, verb, *flags):
+        return [self._program, verb, *self._always, *flags]
+
     def do(self, verb, *flags):
-        return programs.run([self._program, verb, *self._always, *flags])
+        return programs.run(self.whole_command(verb, *flags))
 
     def report(self, verb, *flags):
         """Runs a verb; what it wrote as JSON, and the run."""

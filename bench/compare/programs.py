@@ -64,8 +64,40 @@ def cpu_seconds_of(pid):
 
 
 def resident_bytes_of(pid):
-    """The memory of a living process that is its own (anonymous pages), not that of files it has mapped."""
-    for line in pathlib.Path(f"/proc/{pid}/status").read_text().splitlines():
-        if line.startswith("RssAnon:"):
-            return int(line.split()[1]) * 1024
-    raise Broken(f"process {pid} tells no memory: it has ended")
+    """The memory of a process that is its own (anonymous pages), not that of files it has mapped; 0 once it has ended."""
+    try:
+        lines = pathlib.Path(f"/proc/{pid}/status").read_text().splitlines()
+    except FileNotFoundError:
+        return 0
+    return next((int(line.split()[1]) * 1024 for line in lines if line.startswith("RssAnon:")), 0)
+
+
+class Background:
+    """A program that runs while others are measured; ended, if it has not by itself, at the end of the `with`."""
+
+    def __init__(self, command):
+        self._command = [str(word) for word in command]
+
+    def __enter__(self):
+        self._process = subprocess.Popen(self._command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                         stderr=subprocess.STDOUT, text=True)
+        return self
+
+    def __exit__(self, *_):
+        self._process.stdin.close()
+        try:
+            self._process.wait(60)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            self._process.wait()
+        self._process.stdout.close()
+
+    def line(self):
+        """The next line of output."""
+        line = self._process.stdout.readline()
+        if not line:
+            raise Broken(f"`{text_of(self._command)}` ended with {self._process.wait()}")
+        return line.rstrip("\n")
+
+    def resident_bytes(self):
+        return resident_bytes_of(self._process.pid)
