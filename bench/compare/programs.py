@@ -20,17 +20,24 @@ class Run:
     cpu_seconds: float  # of the process and the children it waited for
 
 
+def _environment(extra):
+    """That of this process, without settings of the programs that somebody may have exported."""
+    own = {name: value for name, value in os.environ.items() if not name.startswith(("LKBENCH_", "OCIMARIADB_"))}
+    return own | (extra or {})
+
+
 def text_of(command):
     """A command as it is shown: programs by their names, folders of this run left out."""
     return " ".join(shlex.quote(word) for word in [pathlib.Path(command[0]).name, *map(str, command[1:])])
 
 
-def run(command, patience=180, **options):
+def run(command, patience=180, variables=None):
     """Runs a program to its end. Output and errors come together. Raises Broken when it fails or takes too long."""
     command = [str(word) for word in command]
     with tempfile.TemporaryFile() as output:
         began = time.monotonic()
-        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT, **options)
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
+                                   env=_environment(variables))
         status, usage = _wait(process, began + patience)
         seconds = time.monotonic() - began
         output.seek(0)
@@ -80,7 +87,7 @@ class Background:
 
     def __enter__(self):
         self._process = subprocess.Popen(self._command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                         stderr=subprocess.STDOUT, text=True)
+                                         stderr=subprocess.STDOUT, text=True, env=_environment(None))
         return self
 
     def __exit__(self, *_):

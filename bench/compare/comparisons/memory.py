@@ -13,7 +13,7 @@ _USERS = (1, 16, 64, 128, 256)
 _SECONDS = 6  # of each workload
 _LONG_USERS = 64
 _LONG_SECONDS = 40
-_EARLY = 10  # by then the working set of the long workload is there
+_EARLY = 20  # by then the working set of the long workload is there
 _KIB = 1024
 
 

@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 """How long lkbench takes from its start to its first statement, private server included."""
 import calendar
-import os
 import shutil
 import time
 
@@ -19,7 +18,7 @@ def _seconds_to_first_statement(bench, folder):
     trace.unlink(missing_ok=True)
     began = time.time()
     programs.run([bench.program("lkbench"), "run", "--target", f"local:{folder}", "--duration", "100ms", "--log-level",
-                  "warning"], env=os.environ | {"OCIMARIADB_TRACE": f"{_TRACED}:{trace}"})
+                  "warning"], variables={"OCIMARIADB_TRACE": f"{_TRACED}:{trace}"})
     for line in trace.read_text().splitlines():
         words = line.split()
         if words[3] == "sql-given":
