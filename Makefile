@@ -4,7 +4,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: run test bench nightly sanitize coverage fuzz fault mutate valgrind lint format
+.PHONY: deb deb-test run test bench nightly sanitize coverage fuzz fault mutate valgrind lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -63,6 +63,16 @@ valgrind:  # the tests of the plug-in and of the host's core under memcheck; min
 	$(configure)
 	cmake --build --preset $(PRESET) --target tests/plugin/all tests/core/all
 	scripts/valgrind build/$(PRESET)
+deb:  # Debian packages in build/release/packages, looked over by lintian; the authors have no public address
+	scripts/install-packages package
+	$(configure)
+	cmake --build --preset $(PRESET) --target lkbench
+	rm -rf build/$(PRESET)/packages
+	cd build/$(PRESET) && cpack
+	lintian --fail-on error --suppress-tags bogus-mail-host,bogus-mail-host-in-debian-changelog \
+	  build/$(PRESET)/packages/*.deb
+deb-test: deb  # install and use them on a clean Debian 12; as root
+	scripts/deb-test build/$(PRESET)/packages
 lint:  # the format of the sources, cppcheck and clang-tidy; minutes
 	scripts/install-packages check
 	scripts/lint

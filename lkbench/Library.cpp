@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include "core/LKConfig.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
 
@@ -67,7 +68,9 @@ std::filesystem::path Library::Path() const {
 }
 
 std::filesystem::path LibraryFolder() {
-  return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / ".." / "lib").lexically_normal();
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<const void*>(&LKGetConfig), &info) == 0 || info.dli_fname == nullptr) return {};
+  return std::filesystem::weakly_canonical(info.dli_fname).parent_path();
 }
 
 }  // namespace lkbench

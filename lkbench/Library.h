@@ -28,7 +28,7 @@ class Library {
   void* m_handle = nullptr;
 };
 
-// The folder that holds the libraries of this program: ../lib from where it stands.
+// The folder that holds the libraries of this program: where the loader found the one that it is linked to.
 std::filesystem::path LibraryFolder();
 
 }  // namespace lkbench
