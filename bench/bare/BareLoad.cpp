@@ -4,8 +4,6 @@
 // with \N for NULL) go by array binding and a commit after every batch, or as files by LOAD DATA LOCAL
 // INFILE. User n of N takes the tables n, n + N, …. Reading the files is not part of the time. Prints "rows R
 // seconds S".
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <atomic>
 #include <barrier>
@@ -20,6 +18,7 @@
 
 #include "bench/bare/Rows.h"
 #include "bench/bare/Session.h"
+#include "bench/bare/Timed.h"
 
 namespace bare {
 namespace {
@@ -70,15 +69,6 @@ size_t LoadFile(Session& session, const std::string& file, const std::string& ta
 }
 
 using Clock = std::chrono::steady_clock;
-
-double CpuSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 // Users start together once all have their rows.
 int Load(const Work& work, bool in_bulk) {

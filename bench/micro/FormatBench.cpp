@@ -37,7 +37,7 @@ void DeletePrintf(benchmark::State& state) {
         std::swprintf(text, 400, L"delete from %ls where id = %ld", L"LK_REP_TABLE3", 42L));
 }
 BENCHMARK(Delete)->Name("format/delete");
-BENCHMARK(Delete)->Name("format/delete, 64 threads")->Threads(64)->UseRealTime();
+BENCHMARK(Delete)->Name("format/delete, lock shared")->Threads(1)->Threads(2)->Threads(64)->UseRealTime();
 BENCHMARK(DeletePrintf)->Name("swprintf/delete");
 
 void Update(benchmark::State& state) {
