@@ -42,7 +42,7 @@ void RequireDoneOrRefused(Call&& call, std::string_view text) {
 
 void RequireLimits(const Job& job) {
   Require(job.users >= 1 && job.users <= 1000, "users are within their limits");
-  Require(job.duration > job.duration.zero(), "a run takes time");
+  Require(job.duration >= job.duration.zero(), "a run takes time, or a count");
   Require(job.scale >= 0 && job.scale <= 1e9, "the scale is within its limits");
   Require(job.tables >= 1 && job.tables <= 100000, "tables are within their limits");
   Require(job.rows_per_commit >= 1 && job.rows_per_commit <= 1000, "a commit has rows");

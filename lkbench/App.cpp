@@ -2,7 +2,9 @@
 #include "lkbench/App.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <optional>
 
 #include "core/LKConfig.h"
@@ -74,9 +76,9 @@ void PrintSummary(Bench& bench) {
   if (bench.workload) {
     console.Result("");
     console.Result(WorkloadTable(*bench.workload));
-    console.Result("elapsed " + Fixed(static_cast<double>(bench.workload->elapsed) / 1e9, 2) + " s, " +
-                   Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
-                   Plural(bench.workload->total.failures, "failure"));
+    console.Result("elapsed " + Fixed(static_cast<double>(bench.workload->measured.elapsed) / 1e9, 2) +
+                   " s, " + Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
+                   Plural(bench.workload->measured.total.failures, "failure"));
     for (const std::string& doubt : Doubts(*bench.workload)) console.Result("note: " + doubt);
   }
   if (bench.load || bench.workload) console.Result("durability: " + DurabilityText(bench.server));
@@ -101,15 +103,24 @@ void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
   if (!note.empty()) bench.console.Problem(note);
 }
 
+bool IsClean(const RunRecord& record) {
+  return record.measured.total.failures == 0 && record.lost_users == 0 && record.given_up_users == 0;
+}
+
+// The end of a process with calls that never came back: their threads hold sessions and more, so nothing is
+// taken down under them. A private server is stopped by its keeper.
+[[noreturn]] void LeaveAtOnce(int code) {
+  std::cout.flush();
+  std::_Exit(code);
+}
+
 // Runs the verb; what it throws becomes its one line and the exit code.
 int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Database& database) {
   int code = kDone;
   try {
     LearnSettings(bench, kind, database);
     FunctionOf(verb)(bench);
-    const bool failed =
-        bench.workload && (bench.workload->total.failures > 0 || bench.workload->lost_users > 0);
-    if (failed) code = kRanWithFailures;
+    if (bench.workload && !IsClean(*bench.workload)) code = kRanWithFailures;
   } catch (const Failure& failure) {
     code = failure.Code();
     bench.console.Problem(failure.what());
@@ -145,11 +156,19 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
                              bench.server));
     return kDone;
   }
-  const int code = RunVerb(bench, verb, target.kind, database);
-  if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
-    console.Problem(reason);
-  PrintSummary(bench);
-  if (!job.json.empty()) WriteJson(job.json, JsonText(bench, verb, database.Connect().shown, code));
+  int code = RunVerb(bench, verb, target.kind, database);
+  const bool is_stuck = bench.workload && bench.workload->given_up_users > 0;
+  try {
+    if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
+      console.Problem(reason);
+    PrintSummary(bench);
+    if (!job.json.empty()) WriteJson(job.json, JsonText(bench, verb, database.Connect().shown, code));
+  } catch (const Failure& failure) {
+    if (!is_stuck) throw;
+    console.Problem(failure.what());
+    code = failure.Code();
+  }
+  if (is_stuck) LeaveAtOnce(code);
   return code;
 }
 

@@ -11,9 +11,9 @@
 #include "lkbench/Roles.h"
 #include "lkbench/Schema.h"
 #include "lkbench/ServerSettings.h"
-#include "lkbench/Stats.h"
 #include "lkbench/Steps.h"
 #include "lkbench/Users.h"
+#include "lkbench/workload/RunRecord.h"
 
 namespace lkbench {
 
@@ -33,7 +33,7 @@ struct Bench {
   UserPool& users;
 
   std::optional<LoadResult> load;
-  std::optional<WorkloadResult> workload;
+  std::optional<RunRecord> workload;
   std::optional<ServerSettings> server;  // missing: not asked yet, or the target does not tell
 
   VirtualUser& Admin() { return users.First(); }

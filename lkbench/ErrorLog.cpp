@@ -73,15 +73,26 @@ std::string DatabaseText(const std::string& text) {
 int UserErrors::HandleError(CError* error) {
   const std::string text = OneLine(error->m_szErrorMessage.ToChar());
   const std::string number = error->m_szErrorNumber.ToChar();
+  const long code = std::strtol(number.c_str(), nullptr, 10);
+  if (error->m_eErrorLevel == ERROR_LEVEL && m_caught == nullptr) Note(code, text);
   if (error->m_eErrorLevel == INFO_LEVEL)
     m_log.Report(INFO_LEVEL, number, text);
   else if (m_caught != nullptr)
     m_caught->m_text += (m_caught->m_text.empty() ? "" : "; ") + text;
-  else if (IsSessionLoss(std::strtol(number.c_str(), nullptr, 10)))
+  else if (IsSessionLoss(code))
     NoteLoss(text);
   else if (!m_lost)
     m_log.Report(error->m_eErrorLevel, number, text);
   return CErrorHandler::HandleError(error);
+}
+
+void UserErrors::Note(long code, const std::string& text) {
+  const bool is_first = m_first.text.empty();
+  if (is_first || (m_first.code == 0 && code > 0)) m_first = {std::max(code, 0L), text};
+}
+
+void UserErrors::Forget() {
+  if (!m_first.text.empty()) m_first = {};
 }
 
 void UserErrors::NoteLoss(const std::string& text) {

@@ -52,6 +52,12 @@ bool IsSessionLoss(long code);
 // What the database said: the part of a report from its error number on; all of it when it has none.
 std::string DatabaseText(const std::string& text);
 
+// What an execution failed of.
+struct LastError {
+  long code = 0;  // the database's number; 0: none
+  std::string text;
+};
+
 // The last link of a user's handler chain: hands reports to the log, or keeps them back while they are
 // caught. Once the session is lost, which is reported as one problem, what follows from that is not reported:
 // every call of the session fails from then on. Belongs to the user's thread.
@@ -60,6 +66,12 @@ class UserErrors final : public CErrorHandler {
   UserErrors(ErrorLog& log, std::string target) : m_log(log), m_target(std::move(target)) {}
   int HandleError(CError* error) override;
   void NoteLoss(const std::string& text);  // reports it, the first time
+  void NoteNewSession() { m_lost = false; }
+
+  // The first problem with a number since Forget, else the first one; those that are caught do not count.
+  const LastError& First() const { return m_first; }
+  void Note(long code, const std::string& text);
+  void Forget();
 
   // While an object of this lives, problems are kept for Text() instead of being reported.
   class Catch {
@@ -81,6 +93,7 @@ class UserErrors final : public CErrorHandler {
   std::string m_target;  // as messages name it
   Catch* m_caught = nullptr;
   bool m_lost = false;
+  LastError m_first;
 };
 
 }  // namespace lkbench

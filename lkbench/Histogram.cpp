@@ -69,6 +69,12 @@ void Histogram::Record(std::uint64_t nanoseconds) {
     m_max.store(nanoseconds, std::memory_order_relaxed);
 }
 
+void Histogram::Clear() {
+  for (auto& count : m_counts) count.store(0, std::memory_order_relaxed);
+  m_sum.store(0, std::memory_order_relaxed);
+  m_max.store(0, std::memory_order_relaxed);
+}
+
 void Histogram::AddTo(HistogramData& data) const {
   for (std::size_t bucket = 0; bucket < histogram::kBuckets; ++bucket) {
     const std::uint64_t count = m_counts[bucket].load(std::memory_order_relaxed);

@@ -59,6 +59,7 @@ class Histogram {
  public:
   void Record(std::uint64_t nanoseconds);  // the one writer
   void AddTo(HistogramData& data) const;   // any reader
+  void Clear();                            // REQUIRES: nobody reads or writes meanwhile
 
  private:
   std::array<std::atomic<std::uint64_t>, histogram::kBuckets> m_counts{};

@@ -7,11 +7,13 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "lkbench/options/Verbs.h"
 #include "lkbench/workload/Phase.h"
+#include "lkbench/workload/Reconnection.h"
 #include "localdb/Settings.h"
 
 namespace lkbench {
@@ -26,13 +28,22 @@ struct ColumnType {
 
 enum class LogLevel { kWarning, kInfo, kDebug };
 
-struct Job {
+// A phase as a job gives it: what it does not set itself is the job's.
+struct JobPhase {
+  std::string place;  // for messages
+  Phase own;
+  std::set<std::string> set;  // the keys that it has
+
+  bool operator==(const JobPhase&) const = default;
+};
+
+// Beside everything else a job is the one phase that its workload has when it lists none, and what those that
+// it lists inherit.
+struct Job : Phase {
   std::string target;        // empty: the default, local: in the user's data folder
   std::string password;      // env:NAME, file:PATH or prompt; empty: none
   localdb::Settings server;  // of the private server of a local target
-  int users = 2;
-  std::chrono::nanoseconds duration = std::chrono::seconds(10);
-  double scale = 1;  // 1000 rows per table
+  double scale = 1;          // 1000 rows per table
   int tables = 4;
   int first_table = 1;  // only the tables from this number on
   int min_columns = 5;
@@ -43,9 +54,12 @@ struct Job {
   int distribution = 2;  // as the properties table records it: uniform
   bool use_backup = false;
   int rows_per_commit = 500;
-  Mix mix;
   std::uint32_t schema_seed = 1;          // of the tables' shapes
   std::optional<std::uint32_t> run_seed;  // of the order of transactions; DrawRunSeed fills it in
+  std::vector<JobPhase> phases;
+  OnDisconnect on_disconnect = OnDisconnect::kReconnect;
+  std::chrono::nanoseconds reconnect_pause = Reconnection().first;
+  std::chrono::nanoseconds reconnect_limit = Reconnection().longest;
   LogLevel log_level = LogLevel::kInfo;
   std::string json;    // file for the results; empty: none
   std::string plugin;  // file; empty: the one beside lkbench

@@ -6,6 +6,8 @@
 #include "lkbench/Failure.h"
 #include "lkbench/Job.h"
 #include "lkbench/Text.h"
+#include "lkbench/options/PhaseKeys.h"
+#include "lkbench/options/TomlText.h"
 
 namespace lkbench {
 namespace {
@@ -44,6 +46,13 @@ void CheckScale(const Job& job) {
                    ", which is no row: tables are created and loaded at a scale of 0.001 or more");
 }
 
+void CheckWork(const Job& job) {
+  PhasesOf(job);
+  if (job.reconnect_pause <= job.reconnect_limit) return;
+  Contradiction(job, "reconnect_pause", DurationText(job.reconnect_pause), "reconnect_limit",
+                DurationText(job.reconnect_limit), "pauses grow from the one to the other");
+}
+
 }  // namespace
 
 std::string OriginOf(const Job& job, const std::string& key) {
@@ -54,6 +63,7 @@ std::string OriginOf(const Job& job, const std::string& key) {
 void CheckJob(const Job& job, Verbs verb) {
   CheckColumns(job);
   CheckTables(job, verb);
+  if ((verb & kWorkVerbs) != 0) CheckWork(job);
   if ((verb & (kBuildVerbs | kLoadVerb)) != 0) CheckScale(job);
 }
 

@@ -4,18 +4,17 @@
 #include <algorithm>
 
 #include "lkbench/options/JobReaders.h"
+#include "lkbench/options/PhaseKeys.h"
 
 namespace lkbench {
 namespace {
 
 constexpr int kMostTables = 100000;
-constexpr int kMostUsers = 1000;
 constexpr int kMostColumns = 999;  // with ID a thousand, the most that a table may have
 constexpr std::uint64_t kLeastBufferPool = 32 * localdb::kMebibyte;
 constexpr std::uint64_t kMostBufferPool = 1024 * 1024 * localdb::kMebibyte;
 constexpr std::uint64_t kLeastLog = 8 * localdb::kMebibyte;
 constexpr std::uint64_t kMostLog = 512 * 1024 * localdb::kMebibyte;  // the server's own limit
-constexpr Verbs kUserVerbs = kWorkVerbs | kLoadVerb | kRefreshVerb;
 
 using enum Section;
 
@@ -60,23 +59,26 @@ const std::vector<JobKey> kKeys = {
      kBuildVerbs | kLoadVerb | kRefreshVerb, Switch(&Job::use_backup)},
     {"rows_per_commit", "N", "rows of one array insert of the load, 1 to 1000", kLoad, kRunVerb | kLoadVerb,
      WholeNumber(&Job::rows_per_commit, 1, 1000)},
-    {"users",
-     "N",
-     "virtual users, each with a session of its own",
-     kWorkload,
-     kUserVerbs,
-     WholeNumber(&Job::users, 1, kMostUsers),
-     {},
-     'u'},
-    {"duration",
-     "TIME",
-     "how long the workload runs: 10s, 500ms, 5m, 1h",
-     kWorkload,
-     kWorkVerbs,
-     TimeSpan(&Job::duration),
-     {},
-     'd'},
-    {"mix", "WEIGHTS", "weights of the workload's transactions", kWorkload, kWorkVerbs, MixWeights()},
+    JobKeyOfPhase("users"),
+    JobKeyOfPhase("duration"),
+    JobKeyOfPhase("count"),
+    JobKeyOfPhase("warm_up"),
+    JobKeyOfPhase("ramp"),
+    JobKeyOfPhase("mix"),
+    JobKeyOfPhase("think"),
+    JobKeyOfPhase("rate"),
+    JobKeyOfPhase("arrival"),
+    JobKeyOfPhase("commit_every"),
+    {"phase", "KEY=VALUE...",
+     "a phase of the workload with keys of its own, as \"name=burst users=64 duration=1m\"; repeated for "
+     "more",
+     kWorkload, kWorkVerbs, PhaseList(), "one phase, of the keys above"},
+    {"on_disconnect", "POLICY", "what a user does whose session is lost: reconnect or stop", kWorkload,
+     kWorkVerbs, OneOf(&Job::on_disconnect, {"reconnect", "stop"})},
+    {"reconnect_pause", "TIME", "pause after a failed reconnection; the next one is twice as long", kWorkload,
+     kWorkVerbs, TimeSpan(&Job::reconnect_pause)},
+    {"reconnect_limit", "TIME", "longest pause between two reconnections", kWorkload, kWorkVerbs,
+     TimeSpan(&Job::reconnect_limit)},
     {"run_seed", "N", "seed of the order of transactions, to repeat a run", kWorkload, kWorkVerbs,
      WholeNumber(&Job::run_seed, 0), "drawn anew for every run"},
     {"log_level", "LEVEL", "what is printed beside results: warning, info, debug", kOutput, kPluginVerbs,

@@ -66,6 +66,12 @@ const std::string& JobValue::Text() const {
 }
 
 std::chrono::nanoseconds JobValue::Duration() const {
+  const std::chrono::nanoseconds parsed = DurationOrZero();
+  if (parsed <= parsed.zero()) Refuse("a time above 0 is needed, such as 10s, 500ms, 5m or 1h");
+  return parsed;
+}
+
+std::chrono::nanoseconds JobValue::DurationOrZero() const {
   std::chrono::nanoseconds parsed{};
   const auto* text = std::get_if<std::string>(&value);
   bool is_duration = text != nullptr && ParseDuration(*text, parsed);
@@ -73,8 +79,7 @@ std::chrono::nanoseconds JobValue::Duration() const {
     is_duration = ParseDuration(std::to_string(*number), parsed);
   else if (const auto* real = std::get_if<double>(&value))
     is_duration = ParseDuration(Short(*real), parsed);
-  if (!is_duration || parsed <= parsed.zero())
-    Refuse("a time above 0 is needed, such as 10s, 500ms, 5m or 1h");
+  if (!is_duration) Refuse("a time is needed, such as 10s, 500ms, 5m or 1h");
   return parsed;
 }
 

@@ -25,8 +25,9 @@ struct JobValue {
   std::int64_t Integer(std::int64_t low, std::int64_t high) const;
   double Real(double low) const;  // finite and at least `low`
   bool Boolean() const;
-  const std::string& Text() const;                                  // not empty, without control characters
-  std::chrono::nanoseconds Duration() const;                        // above 0
+  const std::string& Text() const;            // not empty, without control characters
+  std::chrono::nanoseconds Duration() const;  // above 0
+  std::chrono::nanoseconds DurationOrZero() const;
   std::uint64_t Size(std::uint64_t low, std::uint64_t high) const;  // bytes, whole mebibytes
   size_t OneOf(const std::vector<std::string>& names) const;
 

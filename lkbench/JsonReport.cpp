@@ -34,7 +34,8 @@ Json Totals(const XactTotals& totals, std::uint64_t elapsed) {
           {"database_ns", Times(totals.database)}};
 }
 
-Json WorkloadJson(const WorkloadResult& workload) {
+Json WorkloadJson(const RunRecord& record) {
+  const Part& workload = record.measured;
   Json xacts = Json::array();
   for (const XactTotals& totals : workload.xacts) {
     Json entry = {{"name", totals.name}, {"class", totals.class_name}, {"id", totals.id}};
@@ -42,11 +43,11 @@ Json WorkloadJson(const WorkloadResult& workload) {
     xacts.push_back(entry);
   }
   return {{"elapsed_ns", workload.elapsed},
-          {"users", workload.users},
-          {"lost_users", workload.lost_users},
+          {"users", record.users},
+          {"lost_users", record.lost_users},
           {"transactions", xacts},
           {"total", Totals(workload.total, workload.elapsed)},
-          {"doubts", Doubts(workload)}};
+          {"doubts", Doubts(record)}};
 }
 
 Json JobJson(const Job& job) {

@@ -62,24 +62,21 @@ bool IsOptimised() {
 
 }  // namespace
 
-std::string IntervalReport::Line(const WorkloadResult& so_far) {
-  HistogramData interval = so_far.total.response;
-  interval.Subtract(m_shown);
-  const std::uint64_t executions = so_far.total.executions - m_executions;
-  const std::uint64_t failures = so_far.total.failures - m_failures;
-  std::string line = Padded(Fixed(static_cast<double>(so_far.elapsed) / 1e9, 0), 4) + " s  " +
-                     Padded(Rate(executions, so_far.elapsed - m_elapsed), 8) + " tx/s  failures " +
-                     Grouped(failures) + "  p50 " + Milliseconds(interval.Percentile(50)) + "  p95 " +
-                     Milliseconds(interval.Percentile(95)) + "  p99 " +
-                     Milliseconds(interval.Percentile(99)) + " ms";
-  m_shown = so_far.total.response;
-  m_executions = so_far.total.executions;
-  m_failures = so_far.total.failures;
-  m_elapsed = so_far.elapsed;
-  return line;
+std::string IntervalLine(const Progress& progress) {
+  const Interval& interval = progress.interval;
+  const TimesDigest& times = interval.total.response;
+  std::string line = Padded(Fixed(static_cast<double>(interval.end) / 1e9, 0), 4) + " s  " +
+                     Padded(Rate(interval.total.executions, interval.end - interval.begin), 8) +
+                     " tx/s  failures " + Grouped(interval.total.failures) + "  p50 " +
+                     Milliseconds(times.p50) + "  p95 " + Milliseconds(times.p95) + "  p99 " +
+                     Milliseconds(times.p99) + " ms";
+  if (progress.phase.settings.rate > 0) line += "  backlog " + Grouped(interval.backlog);
+  if (progress.phases > 1) line += "  " + progress.phase.settings.name;
+  return interval.warm_up ? line + "  warm-up, not counted" : line;
 }
 
-std::string WorkloadTable(const WorkloadResult& result) {
+std::string WorkloadTable(const RunRecord& record) {
+  const Part& result = record.measured;
   std::vector<Row> rows = {{"transaction (times in ms)", "executions", "failures", "rows", "per s", "mean",
                             "p50", "p95", "p99", "max"}};
   for (const XactTotals& totals : result.xacts) {
@@ -100,15 +97,18 @@ std::string ProblemTable(const std::vector<ProblemLine>& problems) {
   return text;
 }
 
-std::vector<std::string> Doubts(const WorkloadResult& result) {
+std::vector<std::string> Doubts(const RunRecord& record) {
   std::vector<std::string> doubts;
   if (!IsOptimised())
     doubts.emplace_back("lkbench was built without optimisation: its figures are not representative");
-  if (result.lost_users > 0)
-    doubts.push_back(Plural(static_cast<std::uint64_t>(result.lost_users), "user") + " of " +
-                     std::to_string(result.users) + " lost the session and ended early");
+  if (record.lost_users > 0)
+    doubts.push_back(Plural(static_cast<std::uint64_t>(record.lost_users), "user") + " of " +
+                     std::to_string(record.users) + " lost the session and ended early");
+  if (record.given_up_users > 0)
+    doubts.push_back(Plural(static_cast<std::uint64_t>(record.given_up_users), "user") + " of " +
+                     std::to_string(record.users) + " had a call that never came back and were given up");
   std::vector<std::string> few;
-  for (const XactTotals& totals : result.xacts)
+  for (const XactTotals& totals : record.measured.xacts)
     if (totals.response.Count() > 0 && totals.response.Count() < 100) few.push_back(totals.name);
   if (!few.empty()) doubts.push_back("p99 of fewer than 100 executions is their maximum: " + Join(few, ", "));
   return doubts;

@@ -7,26 +7,15 @@
 #include <vector>
 
 #include "lkbench/ErrorLog.h"
-#include "lkbench/Stats.h"
+#include "lkbench/workload/Progress.h"
 
 namespace lkbench {
 
-// Remembers what was shown before, so that each line tells of its own interval.
-class IntervalReport {
- public:
-  std::string Line(const WorkloadResult& so_far);
-
- private:
-  HistogramData m_shown;
-  std::uint64_t m_executions = 0;
-  std::uint64_t m_failures = 0;
-  std::uint64_t m_elapsed = 0;
-};
-
-std::string WorkloadTable(const WorkloadResult& result);
+std::string IntervalLine(const Progress& progress);
+std::string WorkloadTable(const RunRecord& record);
 // The problems that came more than once, with their number; empty when there are none.
 std::string ProblemTable(const std::vector<ProblemLine>& problems);
 // Why the figures may not be representative.
-std::vector<std::string> Doubts(const WorkloadResult& result);
+std::vector<std::string> Doubts(const RunRecord& record);
 
 }  // namespace lkbench

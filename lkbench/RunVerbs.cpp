@@ -1,32 +1,73 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
 #include "lkbench/Bench.h"
+#include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
 #include "lkbench/Report.h"
 #include "lkbench/Text.h"
-#include "lkbench/Workload.h"
+#include "lkbench/options/PhaseKeys.h"
+#include "lkbench/workload/Workload.h"
 
 namespace lkbench {
 namespace {
 
-std::vector<WorkloadUser> WorkloadUsers(Bench& bench, double scale) {
+// A transaction that any phase has in its mix, with its weight in each.
+struct XactWeights {
+  int id;
+  std::vector<int> weights;
+};
+
+std::vector<XactWeights> WeightsOf(const CSSBenchmark& benchmark, const std::vector<Phase>& phases) {
+  std::vector<XactWeights> all;
+  for (const Phase& phase : phases) {
+    const std::vector<WorkloadXact> xacts = WorkloadXacts(benchmark, phase.mix);
+    all.resize(xacts.size());
+    for (size_t i = 0; i < xacts.size(); ++i) {
+      all[i].id = xacts[i].id;
+      all[i].weights.push_back(xacts[i].weight);
+    }
+  }
+  std::erase_if(all, [](const XactWeights& each) {
+    return std::ranges::all_of(each.weights, [](int weight) { return weight == 0; });
+  });
+  return all;
+}
+
+std::vector<WorkloadUser> WorkloadUsers(Bench& bench, const std::vector<Phase>& phases, double scale) {
   Job job = bench.job;
   job.scale = scale;
   const CBenchmarkProperties properties = PropertiesOf(job);
+  const int count = std::ranges::max(phases, {}, &Phase::users).users;
   std::vector<WorkloadUser> users;
-  for (VirtualUser* user : bench.users.Open(bench.job.users)) {
+  for (VirtualUser* user : bench.users.Open(count)) {
     users.push_back({user, {}});
-    for (const WorkloadXact& each : WorkloadXacts(bench.benchmark, bench.job.mix)) {
-      if (each.weight == 0) continue;
+    for (const XactWeights& each : WeightsOf(bench.benchmark, phases)) {
       auto share = std::make_unique<WorkloadShare>();
       share->xact.reset(bench.benchmark.GetNewXactByID(each.id));
-      share->weight = each.weight;
-      Bind(*share->xact, *user, {user->Number(), bench.job.users}, bench.benchmark, properties, bench.cancel,
+      share->weights = each.weights;
+      Bind(*share->xact, *user, {user->Number(), count}, bench.benchmark, properties, bench.cancel,
            *bench.job.run_seed);
       users.back().shares.push_back(std::move(share));
     }
   }
   return users;
 }
+
+// A workload with all that its users' threads use.
+struct WorkloadRun {
+  WorkloadRun(Bench& bench, std::vector<WorkloadUser> its_users, const std::vector<Phase>& phases)
+      : users(std::move(its_users)),
+        context{bench.cancel,
+                bench.breaker,
+                *bench.job.run_seed,
+                {bench.job.on_disconnect, bench.job.reconnect_pause, bench.job.reconnect_limit}},
+        workload(users, phases, context) {}
+
+  std::vector<WorkloadUser> users;
+  RunContext context;
+  Workload workload;
+};
 
 // Rows are drawn from 1 .. 1000 * scale: above what is loaded there are none to find.
 double WorkloadScale(Bench& bench, const Schema& schema) {
@@ -50,15 +91,15 @@ void RunWorkload(Bench& bench) {
   RequireSchema(bench, schema, "workload");
   RequireWholeTables(bench, schema, "workload");
   const double scale = WorkloadScale(bench, schema);
-  std::vector<WorkloadUser> users = WorkloadUsers(bench, scale);
+  const std::vector<Phase> phases = PhasesOf(bench.job);
+  std::vector<WorkloadUser> users = WorkloadUsers(bench, phases, scale);
   bench.console.Progress("workload: " + Plural(users.size(), "user") + ", " +
                          Plural(static_cast<std::uint64_t>(bench.job.tables), "table") + ", scale " +
                          Short(scale) + ", run seed " + std::to_string(*bench.job.run_seed));
-  IntervalReport intervals;
-  Workload workload(users, bench.cancel, bench.breaker, *bench.job.run_seed);
-  bench.workload = workload.Run(bench.job.duration, [&](const WorkloadResult& so_far) {
-    bench.console.Progress(intervals.Line(so_far));
-  });
+  auto run = std::make_unique<WorkloadRun>(bench, std::move(users), phases);
+  bench.workload =
+      run->workload.Run([&](const Progress& progress) { bench.console.Progress(IntervalLine(progress)); });
+  if (bench.workload->given_up_users > 0) (void)run.release();  // their threads use it as long as they live
 }
 
 namespace {
@@ -83,6 +124,9 @@ void RunAll(Bench& bench) {
   LoadTables(bench);
   RunWorkload(bench);
   bench.ThrowIfInterrupted();
+  if (bench.workload->given_up_users > 0)
+    throw Failure(kRanWithFailures,
+                  "the database does not answer: the refresh is left out, run `lkbench refresh` later");
   RefreshTables(bench);
 }
 

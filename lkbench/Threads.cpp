@@ -36,6 +36,11 @@ void UserThreads::Run(int index, const std::function<void(int)>& body) {
   m_ended.notify_all();
 }
 
+void UserThreads::WaitForAllBut(int left, std::chrono::steady_clock::time_point moment) {
+  std::unique_lock lock(m_mutex);
+  m_ended.wait_until(lock, moment, [&] { return m_running <= left; });
+}
+
 void UserThreads::Wait(const std::function<void()>& tick) {
   std::unique_lock lock(m_mutex);
   auto next = std::chrono::steady_clock::now();

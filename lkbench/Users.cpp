@@ -33,19 +33,47 @@ std::string ConnectProblem(const ConnectData& connect, int number, const std::st
 VirtualUser::VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect,
                          ErrorLog& log)
     : m_number(number),
-      m_target(connect.shown),
+      m_connect(connect),
       m_log(log),
       m_errors(log, connect.shown),
       m_driver(std::move(driver)) {
   m_driver->AddHandler(&m_errors);
   const UserErrors::Catch caught(m_errors);
-  if (m_driver->Connect(ToHost(connect.server), ToHost(connect.user), ToHost(connect.password)) == 0)
+  if (!Connect())
     throw PrepareError(ConnectProblem(connect, number, caught.Text(), m_driver->GetLastErrorCode()));
 }
 
 VirtualUser::~VirtualUser() {
   const UserErrors::Catch caught(m_errors);  // a session that is lost already cannot be ended in order
   m_driver->Disconnect();
+}
+
+bool VirtualUser::Connect() {
+  return m_driver->Connect(ToHost(m_connect.server), ToHost(m_connect.user), ToHost(m_connect.password)) != 0;
+}
+
+bool VirtualUser::Reopen() {
+  m_driver->Disconnect();
+  ForgetError();
+  if (!Connect()) return false;
+  m_errors.NoteNewSession();
+  return true;
+}
+
+void VirtualUser::Report(const std::string& text) {
+  m_log.Report(ERROR_LEVEL, "-1", text);
+  m_errors.Note(-1, text);
+}
+
+LastError VirtualUser::Error() const {
+  LastError error = m_errors.First();
+  if (error.code == 0) error.code = m_driver->GetLastErrorCode();
+  return error;
+}
+
+void VirtualUser::ForgetError() {
+  m_driver->ClearLastErrorCode();
+  m_errors.Forget();
 }
 
 void VirtualUser::Run(const std::string& sql) {
@@ -66,7 +94,7 @@ std::vector<std::vector<std::string>> VirtualUser::Query(const std::string& sql)
 }
 
 void VirtualUser::Fail(const std::string& reason, const std::string& sql) const {
-  throw PrepareError(m_target + ": " + DatabaseText(reason) + " (in: " + sql.substr(0, 80) + ")");
+  throw PrepareError(m_connect.shown + ": " + DatabaseText(reason) + " (in: " + sql.substr(0, 80) + ")");
 }
 
 void VirtualUser::RollBack() {

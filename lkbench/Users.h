@@ -39,14 +39,26 @@ class VirtualUser {
   // Ends what a failed or broken call left open; its own failure says nothing new.
   void RollBack();
 
+  // An error that the user's thread noticed itself, such as an exception.
+  void Report(const std::string& text);
+
+  // The first error with a number since ForgetError, else the first one.
+  LastError Error() const;
+  void ForgetError();
+
+  // Ends the session, as far as there is one, and opens a new one. What had belonged to the old one is gone.
+  bool Reopen();
+  UserErrors::Catch Quietly() { return UserErrors::Catch(m_errors); }
+
   // Whether the database's last error means that the session is gone.
   bool LostSession() const;
 
  private:
+  bool Connect();
   [[noreturn]] void Fail(const std::string& reason, const std::string& sql) const;
 
   int m_number;
-  std::string m_target;  // as messages name it
+  ConnectData m_connect;
   ErrorLog& m_log;
   UserErrors m_errors;
   std::unique_ptr<CDriverBase> m_driver;  // after the chain's end that it refers to

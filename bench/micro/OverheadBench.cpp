@@ -3,8 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/micro/NullUser.h"
-#include "lkbench/Stats.h"
-#include "lkbench/Workload.h"
+#include "lkbench/workload/Execution.h"
 
 namespace {
 

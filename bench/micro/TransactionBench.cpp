@@ -7,8 +7,7 @@
 #include "Benchmarks/CREP_ORA8/Xact_Insert.h"
 #include "Benchmarks/CREP_ORA8/Xact_Update.h"
 #include "bench/micro/NullUser.h"
-#include "lkbench/Stats.h"
-#include "lkbench/Workload.h"
+#include "lkbench/workload/Execution.h"
 
 namespace {
 

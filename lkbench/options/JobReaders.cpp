@@ -35,7 +35,7 @@ JobValue::Table PairsOf(const JobValue& value) {
   return pairs;
 }
 
-void SetMix(Job& job, const JobValue& value) {
+void SetMix(Phase& phase, const JobValue& value) {
   Mix mix{0, 0, 0};
   for (const auto& [name, weight] : PairsOf(value)) {
     int* slot = name == "insert"   ? &mix.insert
@@ -50,7 +50,7 @@ void SetMix(Job& job, const JobValue& value) {
   }
   if (mix.insert + mix.update + mix.remove == 0)
     throw UsageError(value.place + ": mix needs at least one weight above 0");
-  job.mix = mix;
+  phase.mix = mix;
 }
 
 void CheckColumnType(const JobValue& place, const ColumnType& column) {
@@ -120,9 +120,9 @@ void SetPassword(Job& job, const JobValue& value) {
   job.password = text;
 }
 
-std::string MixText(const Job& job) {
-  return "{ insert = " + std::to_string(job.mix.insert) + ", update = " + std::to_string(job.mix.update) +
-         ", delete = " + std::to_string(job.mix.remove) + " }";
+std::string MixText(const Phase& phase) {
+  return "{ insert = " + std::to_string(phase.mix.insert) + ", update = " + std::to_string(phase.mix.update) +
+         ", delete = " + std::to_string(phase.mix.remove) + " }";
 }
 
 std::string ColumnTypesText(const Job& job) {
@@ -137,7 +137,7 @@ bool IsLocal(const Job& job) { return job.target.empty() || job.target.starts_wi
 
 }  // namespace
 
-KeyType<Job> MixWeights() { return {.form = {}, .set = SetMix, .toml = MixText}; }
+KeyType<Phase> MixWeights() { return {.form = {}, .set = SetMix, .toml = MixText}; }
 
 KeyType<Job> ColumnTypeList() {
   return {.form = {.shape = KeyShape::kRepeated}, .set = SetColumnTypes, .toml = ColumnTypesText};

@@ -7,7 +7,7 @@
 
 namespace lkbench {
 
-KeyType<Job> MixWeights();      // { insert = 40, update = 40, delete = 20 } or insert=40,update=40,delete=20
+KeyType<Phase> MixWeights();    // { insert = 40, update = 40, delete = 20 } or insert=40,update=40,delete=20
 KeyType<Job> ColumnTypeList();  // tables { type, weight, nullable }, or texts TYPE:WEIGHT:null
 // Of the private server. Their texts are empty for another target, which does not take them.
 KeyType<Job> ServerDurability();

@@ -47,6 +47,13 @@ KeyType<Owner> TimeSpan(std::chrono::nanoseconds Owner::*member) {
           .toml = [=](const Owner& owner) { return TomlText(DurationText(owner.*member)); }};
 }
 
+template <class Owner>
+KeyType<Owner> TimeSpanOrZero(std::chrono::nanoseconds Owner::*member) {
+  KeyType<Owner> type = TimeSpan(member);
+  type.set = [=](Owner& owner, const JobValue& value) { owner.*member = value.DurationOrZero(); };
+  return type;
+}
+
 // Any text; an empty one is unset.
 template <class Owner>
 KeyType<Owner> Words(std::string Owner::*member) {

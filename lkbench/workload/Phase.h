@@ -34,6 +34,8 @@ struct Phase {
   double rate = 0;  // executions per second that all users together are asked for; 0: unlimited
   Arrival arrival = Arrival::kFixed;
   int commit_every = 1;  // executions of a user that share one commit
+
+  bool operator==(const Phase&) const = default;
 };
 
 }  // namespace lkbench

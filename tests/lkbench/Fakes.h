@@ -3,6 +3,7 @@
 // and is written down.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -42,8 +43,11 @@ class FakeDriver : public CDriverBase {
   explicit FakeDriver(Diary& diary) : m_diary(diary) {}
 
   int Connect(LKString szServer, LKString, LKString) override {
-    if (szServer == LKString(L"refuse")) HandleErrorMsg(L"no such server");
-    return szServer == LKString(L"refuse") ? 0 : 1;
+    const bool is_first = m_connections++ == 0;
+    if (!is_first) m_diary.Note("connect again");
+    const bool refuses = szServer == LKString(L"refuse") || (!is_first && m_refusals-- > 0);
+    if (refuses) HandleErrorMsg(L"no such server");
+    return refuses ? 0 : 1;
   }
   int Disconnect() override { return 1; }
   int IsConnected() const override { return 1; }
@@ -66,10 +70,21 @@ class FakeDriver : public CDriverBase {
   LKString GetServerVersion() override { return {}; }
 
   void LoseSession() { m_nLastErrorCode = 3113; }
-  int m_bCommits = 1;
+  // Reports an error with this number, as a failed call does.
+  void Fail(int code) {
+    m_nLastErrorCode = code;
+    CError error;
+    error.m_eErrorLevel = ERROR_LEVEL;
+    error.m_szErrorNumber.Format(L"%d", code);
+    error.m_szErrorMessage.Format(L"ORA-%d", code);
+    HandleError(&error);
+  }
+  std::atomic<int> m_bCommits{1};
+  int m_refusals = 0;  // of the sessions after the first
 
  private:
   Diary& m_diary;
+  int m_connections = 0;
 };
 
 class FakeXact : public CXact {

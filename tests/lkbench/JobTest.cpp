@@ -58,6 +58,17 @@ buffer_pool = "64MiB"
 log_size = "1.5GiB"
 users = 8
 duration = "90s"
+count = 5000
+warm_up = "30s"
+ramp = 5
+think = "10ms:50ms"
+rate = 0.5
+arrival = "poisson"
+commit_every = 20
+phase = [{ name = "base" }]
+on_disconnect = "stop"
+reconnect_pause = "200ms"
+reconnect_limit = "2s"
 scale = 2.5
 tables = 7
 first_table = 3
@@ -105,6 +116,18 @@ oci = "o.so"
   EXPECT_EQ(job.json, "a.json");
   EXPECT_EQ(job.plugin, "p.so");
   EXPECT_EQ(job.oci, "o.so");
+  EXPECT_EQ(job.count, 5000u);
+  EXPECT_EQ(job.warm_up, std::chrono::seconds(30));
+  EXPECT_EQ(job.ramp, std::chrono::seconds(5));
+  EXPECT_EQ(job.think_min, std::chrono::milliseconds(10));
+  EXPECT_EQ(job.think_max, std::chrono::milliseconds(50));
+  EXPECT_EQ(job.rate, 0.5);
+  EXPECT_EQ(job.arrival, Arrival::kPoisson);
+  EXPECT_EQ(job.commit_every, 20);
+  EXPECT_EQ(job.phases.size(), 1u);
+  EXPECT_EQ(job.on_disconnect, OnDisconnect::kStop);
+  EXPECT_EQ(job.reconnect_pause, std::chrono::milliseconds(200));
+  EXPECT_EQ(job.reconnect_limit, std::chrono::seconds(2));
   EXPECT_EQ(job.origins.size(), JobKeys().size());
 }
 
@@ -122,6 +145,10 @@ TEST(JobFile, TheExampleHoldsTheDefaults) {
   EXPECT_EQ(job.rows_per_commit, defaults.rows_per_commit);
   EXPECT_EQ(job.schema_seed, defaults.schema_seed);
   EXPECT_EQ(job.run_seed, defaults.run_seed);
+  EXPECT_EQ(static_cast<const Phase&>(job), static_cast<const Phase&>(defaults));
+  EXPECT_EQ(job.on_disconnect, defaults.on_disconnect);
+  EXPECT_EQ(job.reconnect_pause, defaults.reconnect_pause);
+  EXPECT_EQ(job.reconnect_limit, defaults.reconnect_limit);
   ASSERT_EQ(job.column_types.size(), defaults.column_types.size());
   for (size_t i = 0; i < defaults.column_types.size(); ++i) {
     EXPECT_EQ(job.column_types[i].type, defaults.column_types[i].type);
@@ -162,7 +189,8 @@ TEST(JobFile, AValueOutOfRangeIsRefused) {
                            "tables = 0",
                            "rows_per_commit = 0",
                            "rows_per_commit = 1001",
-                           "duration = \"0s\"",
+                           "duration = \"-1s\"",
+                           "reconnect_pause = \"0s\"",
                            "min_columns = 0",
                            "max_columns = 1000",
                            "schema_seed = -1",

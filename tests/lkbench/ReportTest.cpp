@@ -3,17 +3,27 @@
 
 #include <gmock/gmock.h>
 
+#include "lkbench/workload/UserStats.h"
+
 namespace lkbench {
 namespace {
 
 using testing::HasSubstr;
 
-Execution Done(std::uint64_t latency, std::uint64_t database) { return {true, 1, latency, database, true}; }
+Execution Done(std::uint64_t time, std::uint64_t database) {
+  Execution execution;
+  execution.done = execution.has_database = true;
+  execution.rows = 1;
+  execution.service = execution.response = time;
+  execution.database = database;
+  return execution;
+}
 
-WorkloadResult TwoTransactions() {
-  WorkloadResult result;
+RunRecord TwoTransactions() {
+  RunRecord record;
+  Part& result = record.measured;
   result.elapsed = 2'000'000'000;
-  result.users = 2;
+  record.users = 2;
   result.total.name = "total";
   for (const char* name : {"Insert", "Delete"}) {
     XactStats stats;
@@ -21,11 +31,11 @@ WorkloadResult TwoTransactions() {
     stats.Record(Execution{});
     XactTotals totals;
     totals.name = name;
-    AddTo(totals, stats);
+    stats.AddTo(totals);
     result.total.Add(totals);
     result.xacts.push_back(totals);
   }
-  return result;
+  return record;
 }
 
 TEST(Report, TheTableHasCountsRatesAndTimesOfEachTransactionAndTheTotal) {
@@ -39,15 +49,21 @@ TEST(Report, TheTableHasCountsRatesAndTimesOfEachTransactionAndTheTotal) {
 }
 
 TEST(Report, AnIntervalLineTellsOfItsOwnInterval) {
-  WorkloadResult so_far = TwoTransactions();
-  so_far.elapsed = 1'000'000'000;
-  IntervalReport report;
-  EXPECT_EQ(report.Line(so_far), "   1 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
-  XactStats more;
-  for (int i = 0; i < 5; ++i) more.Record(Done(1'000'000, 1));
-  AddTo(so_far.total, more);
-  so_far.elapsed = 2'000'000'000;
-  EXPECT_THAT(report.Line(so_far), HasSubstr("5.0 tx/s  failures 0  p50 1.00"));
+  Interval interval;
+  interval.begin = 1'000'000'000;
+  interval.end = 2'000'000'000;
+  interval.total.executions = 4;
+  interval.total.failures = 2;
+  interval.total.response.p50 = interval.total.response.p95 = interval.total.response.p99 = 4'000'000;
+  PhaseRecord phase;
+  EXPECT_EQ(IntervalLine({interval, phase}),
+            "   2 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
+  interval.backlog = 1200;
+  interval.warm_up = true;
+  phase.settings.rate = 10;
+  phase.settings.name = "base";
+  EXPECT_THAT(IntervalLine({interval, phase, 2}),
+              testing::EndsWith("4.000 ms  backlog 1,200  base  warm-up, not counted"));
 }
 
 TEST(Report, OnlyProblemsThatCameAgainAreRepeatedAtTheEnd) {
@@ -57,7 +73,7 @@ TEST(Report, OnlyProblemsThatCameAgainAreRepeatedAtTheEnd) {
 }
 
 TEST(Report, FewExecutionsAndLostUsersRaiseDoubts) {
-  WorkloadResult result = TwoTransactions();
+  RunRecord result = TwoTransactions();
   result.lost_users = 1;
   const std::vector<std::string> doubts = Doubts(result);
   EXPECT_THAT(doubts, testing::Contains(HasSubstr("1 user of 2 lost the session")));

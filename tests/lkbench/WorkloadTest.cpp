@@ -1,71 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "lkbench/Workload.h"
-
-#include <gmock/gmock.h>
+#include "lkbench/workload/Workload.h"
 
 #include <stdexcept>
-#include <thread>
 
-#include "Fakes.h"
+#include "WorkloadFixture.h"
 #include "lkbench/Failure.h"
 
 namespace lkbench {
 namespace {
 
-using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-class WorkloadTest : public testing::Test {
- protected:
-  static constexpr int kUsers = 3;
-
-  void Add(int user, int weight, const std::function<int(FakeXact&)>& body, const wchar_t* name = L"Fake") {
-    auto xact = std::make_unique<FakeXact>(m_users.Happened());
-    FakeXact* made = xact.get();
-    made->SetName(name);
-    made->m_Execute = [made, body] { return body(*made); };
-    auto share = std::make_unique<WorkloadShare>();
-    share->xact = std::move(xact);
-    share->weight = weight;
-    m_work[static_cast<size_t>(user)].shares.push_back(std::move(share));
-    m_xacts.push_back(made);
-  }
-  void AddToAll(int weight, const std::function<int(FakeXact&)>& body, const wchar_t* name = L"Fake") {
-    for (int user = 0; user < kUsers; ++user) Add(user, weight, body, name);
-  }
-  WorkloadResult Run(std::chrono::nanoseconds duration = 10min) {
-    return Workload(m_work, m_cancel, m_breaker, 1).Run(duration, [](const WorkloadResult&) {});
-  }
-  // A body that cancels the run once it has been called `count` times by all users together.
-  std::function<int(FakeXact&)> Until(int count, const std::function<int(FakeXact&)>& body) {
-    return [this, count, body](FakeXact& xact) {
-      if (++m_calls >= count) m_cancel.Set();
-      return body(xact);
-    };
-  }
-
-  FakeUsers m_users{kUsers};
-  CancelSwitch m_cancel;
-  CallBreaker m_breaker;
-  std::vector<WorkloadUser> m_work = [this] {
-    std::vector<WorkloadUser> work;
-    for (int i = 0; i < kUsers; ++i) work.push_back({&m_users[i], {}});
-    return work;
-  }();
-  std::vector<FakeXact*> m_xacts;
-  std::atomic<int> m_calls{0};
-};
-
-int OneRow(FakeXact& xact) {
-  xact.Timer().SetStartTime();
-  xact.Timer().SetResponseTime();
-  xact.Timer().SetEndTime(1, 0);
-  return 1;
-}
-
 TEST_F(WorkloadTest, EveryExecutionOfEveryUserIsCountedAndCommitted) {
-  AddToAll(1, Until(3000, OneRow));
-  const WorkloadResult result = Run();
+  AddToAll({1}, Until(3000, OneRow));
+  const Part result = Run().measured;
   EXPECT_EQ(result.total.executions, static_cast<std::uint64_t>(m_users.Happened().Count("commit")));
   EXPECT_GE(result.total.executions, 3000u);
   EXPECT_EQ(result.total.rows, result.total.executions);
@@ -76,9 +24,9 @@ TEST_F(WorkloadTest, EveryExecutionOfEveryUserIsCountedAndCommitted) {
 }
 
 TEST_F(WorkloadTest, TheTotalIsTheSumOfItsParts) {
-  AddToAll(3, Until(5000, OneRow), L"First");
-  AddToAll(1, Until(5000, OneRow), L"Second");
-  const WorkloadResult result = Run();
+  AddToAll({3}, Until(5000, OneRow), L"First");
+  AddToAll({1}, Until(5000, OneRow), L"Second");
+  const Part result = Run().measured;
   ASSERT_EQ(result.xacts.size(), 2u);
   EXPECT_EQ(result.xacts[0].executions + result.xacts[1].executions, result.total.executions);
   EXPECT_EQ(result.xacts[0].rows + result.xacts[1].rows, result.total.rows);
@@ -87,17 +35,17 @@ TEST_F(WorkloadTest, TheTotalIsTheSumOfItsParts) {
 }
 
 TEST_F(WorkloadTest, TransactionsAreDrawnByWeight) {
-  AddToAll(3, Until(20000, OneRow), L"First");
-  AddToAll(1, Until(20000, OneRow), L"Second");
-  const WorkloadResult result = Run();
+  AddToAll({3}, Until(20000, OneRow), L"First");
+  AddToAll({1}, Until(20000, OneRow), L"Second");
+  const Part result = Run().measured;
   const double share =
       static_cast<double>(result.xacts[0].executions) / static_cast<double>(result.total.executions);
   EXPECT_NEAR(share, 0.75, 0.03);
 }
 
 TEST_F(WorkloadTest, AFailureIsRolledBackAndKeptOutOfTheTimes) {
-  AddToAll(1, Until(300, [this](FakeXact& xact) { return m_calls % 2 == 0 ? OneRow(xact) : 0; }));
-  const WorkloadResult result = Run();
+  AddToAll({1}, Until(300, [this](FakeXact& xact) { return m_calls % 2 == 0 ? OneRow(xact) : 0; }));
+  const Part result = Run().measured;
   EXPECT_GT(result.total.failures, 0u);
   EXPECT_EQ(result.total.response.Count() + result.total.failures, result.total.executions);
   EXPECT_GE(m_users.Happened().Count("rollback"), static_cast<int>(result.total.failures));
@@ -105,15 +53,15 @@ TEST_F(WorkloadTest, AFailureIsRolledBackAndKeptOutOfTheTimes) {
 
 TEST_F(WorkloadTest, ACommitThatFailsIsAFailedExecution) {
   for (int user = 0; user < kUsers; ++user) m_users.Driver(user).m_bCommits = 0;
-  AddToAll(1, Until(30, OneRow));
-  const WorkloadResult result = Run();
+  AddToAll({1}, Until(30, OneRow));
+  const Part result = Run().measured;
   EXPECT_EQ(result.total.failures, result.total.executions);
   EXPECT_EQ(result.total.rows, 0u);
 }
 
 TEST_F(WorkloadTest, AnExceptionIsOneFailedExecutionReportedOnceWithItsText) {
-  AddToAll(1, Until(60, [](FakeXact&) -> int { throw std::out_of_range("index 7 of 5"); }));
-  const WorkloadResult result = Run();
+  AddToAll({1}, Until(60, [](FakeXact&) -> int { throw std::out_of_range("index 7 of 5"); }));
+  const Part result = Run().measured;
   EXPECT_EQ(result.total.failures, result.total.executions);
   ASSERT_EQ(m_users.Log().Lines().size(), 1u);
   EXPECT_THAT(m_users.Log().Lines()[0].text, HasSubstr("index 7 of 5"));
@@ -121,8 +69,8 @@ TEST_F(WorkloadTest, AnExceptionIsOneFailedExecutionReportedOnceWithItsText) {
 }
 
 TEST_F(WorkloadTest, ATransactionThatEndsWithoutItsTimerHasNoDatabaseTime) {
-  AddToAll(1, Until(30, [](FakeXact&) { return 1; }));
-  const WorkloadResult result = Run();
+  AddToAll({1}, Until(30, [](FakeXact&) { return 1; }));
+  const Part result = Run().measured;
   EXPECT_EQ(result.total.database.Count(), 0u);
   EXPECT_GE(result.total.response.Count(), 1u);
 }
@@ -130,12 +78,12 @@ TEST_F(WorkloadTest, ATransactionThatEndsWithoutItsTimerHasNoDatabaseTime) {
 TEST_F(WorkloadTest, TheTimerOfTheExecutionBeforeIsNotTakenAgain) {
   std::atomic<bool> first{true};
   m_work.resize(1);
-  Add(0, 1, Until(10, [&](FakeXact& xact) { return first.exchange(false) ? OneRow(xact) : 1; }));
-  EXPECT_EQ(Run().total.database.Count(), 1u);
+  Add(0, {1}, Until(10, [&](FakeXact& xact) { return first.exchange(false) ? OneRow(xact) : 1; }));
+  EXPECT_EQ(Run().measured.total.database.Count(), 1u);
 }
 
 TEST_F(WorkloadTest, NobodyWorksBeforeEveryUserIsPrepared) {
-  AddToAll(1, Until(10, OneRow));
+  AddToAll({1}, Until(10, OneRow));
   m_xacts[2]->m_PreBenchmark = [] {
     std::this_thread::sleep_for(30ms);
     return 1;
@@ -146,7 +94,7 @@ TEST_F(WorkloadTest, NobodyWorksBeforeEveryUserIsPrepared) {
 }
 
 TEST_F(WorkloadTest, AUserThatCannotBePreparedEndsAllBeforeAnybodyWorks) {
-  AddToAll(1, OneRow);
+  AddToAll({1}, OneRow);
   m_xacts[1]->m_PreBenchmark = [] { return -1; };
   try {
     Run();
@@ -159,10 +107,13 @@ TEST_F(WorkloadTest, AUserThatCannotBePreparedEndsAllBeforeAnybodyWorks) {
 }
 
 TEST_F(WorkloadTest, TheTimeEndsIt) {
-  AddToAll(1, OneRow);
-  const WorkloadResult result = Run(20ms);
-  EXPECT_GE(result.elapsed, 20'000'000u);
-  EXPECT_GT(result.total.executions, 0u);
+  AddToAll({1}, OneRow);
+  Phase phase = Long();
+  phase.duration = 20ms;
+  const RunRecord record = Run({phase});
+  EXPECT_GE(record.elapsed, 20'000'000u);
+  EXPECT_GE(record.measured.elapsed, 20'000'000u);
+  EXPECT_GT(record.measured.total.executions, 0u);
 }
 
 TEST_F(WorkloadTest, AUserWhoseSessionIsLostEndsAloneAndIsCounted) {
@@ -171,8 +122,8 @@ TEST_F(WorkloadTest, AUserWhoseSessionIsLostEndsAloneAndIsCounted) {
     if (ended && ++m_calls >= 50) m_cancel.Set();
     return OneRow(xact);
   };
-  Add(0, 1, go_on);
-  Add(1, 1, [&](FakeXact&) {
+  Add(0, {1}, go_on);
+  Add(1, {1}, [&](FakeXact&) {
     m_users.Driver(1).LoseSession();
     return 0;
   });
@@ -180,19 +131,21 @@ TEST_F(WorkloadTest, AUserWhoseSessionIsLostEndsAloneAndIsCounted) {
     ended = true;
     return 1;
   };
-  Add(2, 1, go_on);
-  const WorkloadResult result = Run();
-  EXPECT_EQ(result.lost_users, 1);
+  Add(2, {1}, go_on);
+  m_context.reconnection.policy = OnDisconnect::kStop;
+  const RunRecord record = Run();
+  const Part& result = record.measured;
+  EXPECT_EQ(record.lost_users, 1);
   EXPECT_EQ(result.total.failures, 1u);
   EXPECT_GE(result.total.executions, 50u);
 }
 
 TEST_F(WorkloadTest, WhatACancelBreaksOffIsNoFailure) {
-  AddToAll(1, [this](FakeXact&) {
+  AddToAll({1}, [this](FakeXact&) {
     m_cancel.Set();
     return 0;
   });
-  const WorkloadResult result = Run();
+  const Part result = Run().measured;
   EXPECT_EQ(result.total.failures, 0u);
   EXPECT_EQ(m_users.Happened().Count("rollback"), m_users.Happened().Count("Execute"));
 }

@@ -28,7 +28,8 @@ def _cut(arena, cut, heal, server, bench, work):
     bench.do("create", "--tables", TABLES)
     bench.do("load", "--scale", 1)
     users = 32 if work == "workload" else TABLES
-    flags = ("--scale", SCALE) if work == "load" else ("--duration", "60s", "--mix", "insert=1,update=0,delete=0")
+    drive = ("--duration", "60s", "--on-disconnect", "stop", "--mix", "insert=1,update=0,delete=0")
+    flags = ("--scale", SCALE) if work == "load" else drive
     running = bench.start(work, "--users", users, *flags)
     eventually(lambda: "Started loading" in running.printed() or " tx/s" in running.printed(), 15, "no work begins")
     pause(arena.moment(0.1, 0.8), running)

@@ -37,7 +37,8 @@ def during_workload(arena):
     for users, verb in ((64, "load"), (8, "refresh")):
         bench.do("create", "--tables", TABLES)
         bench.do("load", "--scale", 1)
-        running = bench.start("workload", "--users", users, "--duration", "60s", "--mix", "insert=1,update=0,delete=0")
+        running = bench.start("workload", "--users", users, "--duration", "60s", "--on-disconnect", "stop",
+                              "--mix", "insert=1,update=0,delete=0")
         eventually(lambda: " tx/s" in running.printed(), END, "the workload does not begin")
         pause(arena.moment(0.1, 1.5), running)
         server.kill()
@@ -66,7 +67,7 @@ def private_server(arena):
         bench.do("create", "--tables", TABLES)
         if work == "workload":
             bench.do("load", "--scale", 1)
-        flags = ("--scale", SCALE) if work == "load" else ("--duration", "60s", "--users", 8)
+        flags = ("--scale", SCALE) if work == "load" else ("--duration", "60s", "--on-disconnect", "stop", "--users", 8)
         running = bench.start(work, *flags)
         sign = "Started loading" if work == "load" else " tx/s"
         eventually(lambda: sign in running.printed(), END, "no work begins")

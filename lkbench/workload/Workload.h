@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+// The measured part: the phases of a job, one after the other, over one set of users. All users begin a phase
+// together, draw transactions by weight and repeat them at the phase's pace until its time is over or its
+// count is reached. The deadline is absolute: a call that still runs some time after it is broken off, and a
+// user whose call does not come back even then is given up.
+//
+// The object belongs to the thread that made it; Run starts one thread a user. When users were given up,
+// their threads still use the object and what it was made from: it must live until the process ends (its
+// destructor waits for them).
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "lkbench/Threads.h"
+#include "lkbench/workload/Conductor.h"
+#include "lkbench/workload/Intervals.h"
+#include "lkbench/workload/Progress.h"
+#include "lkbench/workload/UserWork.h"
+
+namespace lkbench {
+
+// How long after a deadline, or a cancel, calls may still run before they are broken off, and how long after
+// that before their users are given up.
+struct Patience {
+  std::chrono::nanoseconds grace = std::chrono::seconds(5);
+  std::chrono::nanoseconds give_up = std::chrono::seconds(10);
+};
+
+class Workload {
+ public:
+  // `users` outlive the object; each has the same transactions in the same order, with a weight for each
+  // phase. No phase asks for more users than there are.
+  Workload(std::vector<WorkloadUser>& users, std::vector<Phase> phases, RunContext& context,
+           Patience patience = {});
+
+  // Runs all phases, or until cancelled. `tick` is called on this thread about once a second and at the end
+  // of each part. Throws PrepareError when a user's PreBenchmark fails: then nothing has been measured.
+  RunRecord Run(const Tick& tick);
+
+ private:
+  void RunUser(int index);
+  void RunPhase(size_t number, TimePoint begin, const Tick& tick);
+  void Conduct(RunningPhase& phase, const Tick& tick);
+  TimePoint NextCut(const PhaseRun& run) const;
+  void Cut(RunningPhase& phase, TimePoint now, const Tick& tick);
+  void EnforceEnd(const PhaseRun& run, TimePoint now);
+  TimePoint LimitOf(const PhaseRun& run, TimePoint now);
+  void GiveUpAll();
+  void Close(RunningPhase& phase);
+  void WaitForThreads();
+  RunRecord Finished(TimePoint origin);
+
+  std::vector<WorkloadUser>& m_users;
+  std::vector<Phase> m_phases;
+  RunContext& m_context;
+  Patience m_patience;
+  std::vector<XactTotals> m_names;
+  std::vector<std::unique_ptr<UserWork>> m_works;
+  Conductor m_conductor;
+  IntervalCutter m_cutter;
+  RunRecord m_record;
+  TimePoint m_last_cut{};
+  TimePoint m_cancelled{};                 // when the cancel was noticed
+  TimePoint m_broken{};                    // when calls were broken off last
+  std::unique_ptr<UserThreads> m_threads;  // after what they use
+};
+
+}  // namespace lkbench
