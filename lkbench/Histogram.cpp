@@ -69,6 +69,15 @@ void Histogram::Record(std::uint64_t nanoseconds) {
     m_max.store(nanoseconds, std::memory_order_relaxed);
 }
 
+void Histogram::RecordShared(std::uint64_t nanoseconds) {
+  m_counts[histogram::BucketOf(nanoseconds)].fetch_add(1, std::memory_order_relaxed);
+  m_sum.fetch_add(nanoseconds, std::memory_order_relaxed);
+  std::uint64_t highest = m_max.load(std::memory_order_relaxed);
+  while (nanoseconds > highest &&
+         !m_max.compare_exchange_weak(highest, nanoseconds, std::memory_order_relaxed)) {
+  }
+}
+
 void Histogram::Clear() {
   for (auto& count : m_counts) count.store(0, std::memory_order_relaxed);
   m_sum.store(0, std::memory_order_relaxed);

@@ -57,9 +57,10 @@ class HistogramData {
 
 class Histogram {
  public:
-  void Record(std::uint64_t nanoseconds);  // the one writer
-  void AddTo(HistogramData& data) const;   // any reader
-  void Clear();                            // REQUIRES: nobody reads or writes meanwhile
+  void Record(std::uint64_t nanoseconds);        // the one writer
+  void RecordShared(std::uint64_t nanoseconds);  // any writer, when all of them use this
+  void AddTo(HistogramData& data) const;         // any reader
+  void Clear();                                  // REQUIRES: nobody reads or writes meanwhile
 
  private:
   std::array<std::atomic<std::uint64_t>, histogram::kBuckets> m_counts{};

@@ -34,6 +34,18 @@ Json Totals(const XactTotals& totals, std::uint64_t elapsed) {
           {"database_ns", Times(totals.database)}};
 }
 
+Json TablesJson(const std::vector<TableTotals>& tables) {
+  Json list = Json::array();
+  for (const TableTotals& table : tables)
+    list.push_back({{"name", table.name},
+                    {"columns", table.columns},
+                    {"executions", table.executions},
+                    {"failures", table.failures},
+                    {"rows", table.rows},
+                    {"latency_ns", Times(table.response)}});
+  return list;
+}
+
 Json WorkloadJson(const RunRecord& record) {
   const Part& workload = record.measured;
   Json xacts = Json::array();
@@ -47,6 +59,7 @@ Json WorkloadJson(const RunRecord& record) {
           {"lost_users", record.lost_users},
           {"transactions", xacts},
           {"total", Totals(workload.total, workload.elapsed)},
+          {"tables", TablesJson(workload.tables)},
           {"doubts", Doubts(record)}};
 }
 

@@ -7,6 +7,7 @@
 #include "lkbench/Report.h"
 #include "lkbench/Text.h"
 #include "lkbench/options/PhaseKeys.h"
+#include "lkbench/workload/TableWatch.h"
 #include "lkbench/workload/Workload.h"
 
 namespace lkbench {
@@ -54,6 +55,22 @@ std::vector<WorkloadUser> WorkloadUsers(Bench& bench, const std::vector<Phase>& 
   return users;
 }
 
+// How many columns each table has beside ID, at its number.
+std::vector<int> ColumnCounts(Bench& bench) {
+  std::vector<int> columns(static_cast<size_t>(bench.job.tables) + 1);
+  const auto rows = bench.Admin().Query(
+      "SELECT TABLE_NAME, COUNT(*) FROM USER_TAB_COLUMNS WHERE TABLE_NAME LIKE 'LK_REP_TABLE%' GROUP BY "
+      "TABLE_NAME");
+  for (const auto& row : rows) {
+    const auto number = static_cast<size_t>(TableNumberIn(row[0]));
+    std::int64_t count = 0;
+    if (row[0] == TableName(static_cast<int>(number)) && number < columns.size() &&
+        ParseInteger(row[1], count))
+      columns[number] = static_cast<int>(count) - 1;
+  }
+  return columns;
+}
+
 // A workload with all that its users' threads use.
 struct WorkloadRun {
   WorkloadRun(Bench& bench, std::vector<WorkloadUser> its_users, const std::vector<Phase>& phases)
@@ -61,7 +78,8 @@ struct WorkloadRun {
         context{bench.cancel,
                 bench.breaker,
                 *bench.job.run_seed,
-                {bench.job.on_disconnect, bench.job.reconnect_pause, bench.job.reconnect_limit}},
+                {bench.job.on_disconnect, bench.job.reconnect_pause, bench.job.reconnect_limit},
+                ColumnCounts(bench)},
         workload(users, phases, context) {}
 
   std::vector<WorkloadUser> users;

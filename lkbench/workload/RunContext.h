@@ -15,6 +15,7 @@ struct RunContext {
   CallBreaker& breaker;
   std::uint32_t seed;
   Reconnection reconnection;
+  std::vector<int> columns{};  // of each table at its number, beside ID; 0: unknown
   RunNotes notes{};
   std::atomic<int> active{0};  // users at work
   std::atomic<int> lost{0};    // users that ended without a session

@@ -49,7 +49,8 @@ struct XactTotals : Tally {
   void Add(const XactTotals& other);  // the numbers; names stay
 };
 
-// One replication table. What cannot be told (no statement named a table before it failed) has number 0.
+// One replication table. Its times are left out in a run over more than 512 tables. What cannot be told (no
+// statement named a table before it failed) has number 0.
 struct TableTotals : Tally {
   int number = 0;
   std::string name;  // "(unknown)" of number 0

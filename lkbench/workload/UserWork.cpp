@@ -7,6 +7,7 @@
 #include "core/Random.h"
 #include "lkbench/Steps.h"
 #include "lkbench/Text.h"
+#include "lkbench/workload/TableWatch.h"
 
 namespace lkbench {
 namespace {
@@ -112,6 +113,7 @@ void UserWork::Repeat(RunningPhase& phase) {
 
 void UserWork::RunSlot(RunningPhase& phase, const PhaseRun::Slot& slot, size_t chosen) {
   const auto before = std::accumulate(m_uncommitted.begin(), m_uncommitted.end(), std::uint64_t{0});
+  TakeTable();
   const bool commits = before + 1 >= static_cast<std::uint64_t>(phase.run.Settings().commit_every);
   const Execution execution = RunOnce(*m_work.user, *m_work.shares[chosen]->xact,
                                       slot.is_scheduled ? slot.intended : TimePoint{}, commits);
@@ -120,11 +122,15 @@ void UserWork::RunSlot(RunningPhase& phase, const PhaseRun::Slot& slot, size_t c
     if (m_context.cancel.IsSet() || m_given_up) return;  // broken off, not failed
     NoteFailure(execution);
   } else if (commits) {
-    std::ranges::fill(m_uncommitted, 0);
+    ForgetUncommitted();
   } else {
     ++m_uncommitted[chosen];
   }
   phase.stats.Of(m_index, chosen).Record(execution);
+  if (m_warms_up) return;
+  const int table = TakeTable();
+  phase.tables.Record(m_index, table, execution);
+  if (execution.done && !commits) ++m_uncommitted_tables[table];
 }
 
 void UserWork::NoteFailure(const Execution& execution) {
@@ -149,14 +155,20 @@ void UserWork::CommitRest(RunningPhase& phase) {
     m_work.user->RollBack();
     Undo(phase);
   }
+  ForgetUncommitted();
+}
+
+void UserWork::ForgetUncommitted() {
   std::ranges::fill(m_uncommitted, 0);
+  m_uncommitted_tables.clear();
 }
 
 void UserWork::Undo(RunningPhase& phase) {
-  for (size_t i = 0; i < m_uncommitted.size(); ++i) {
+  for (size_t i = 0; i < m_uncommitted.size(); ++i)
     if (m_uncommitted[i] > 0) phase.stats.Of(m_index, i).NoteUndone(m_uncommitted[i]);
-    m_uncommitted[i] = 0;
-  }
+  for (const auto& [table, executions] : m_uncommitted_tables)
+    phase.tables.NoteUndone(m_index, table, executions);
+  ForgetUncommitted();
 }
 
 // The transactions free what belongs to the session that is gone, and are prepared on the new one.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -47,6 +48,7 @@ class UserWork {
   void EndWarmUp(RunningPhase& phase);
   void CommitRest(RunningPhase& phase);
   void Undo(RunningPhase& phase);
+  void ForgetUncommitted();
   bool Reopen(RunningPhase& phase);
   bool TryReopen();
   bool PrepareAll(std::string& failure);
@@ -60,7 +62,8 @@ class UserWork {
   bool m_has_session = true;
   bool m_is_lost = false;  // for good
   TimePoint m_lost_since{};
-  std::vector<std::uint64_t> m_uncommitted;  // executions of each transaction
+  std::vector<std::uint64_t> m_uncommitted;           // executions of each transaction
+  std::map<int, std::uint64_t> m_uncommitted_tables;  // and of each table; measured ones
 };
 
 }  // namespace lkbench

@@ -175,6 +175,7 @@ void Workload::Close(RunningPhase& phase) {
   record.warm_up = phase.stats.WarmUp();
   record.warm_up.elapsed = Between(phase.run.Begin(), warm_up_end);
   record.measured = phase.stats.Measured();
+  record.measured.tables = phase.tables.Totals(m_context.columns);
   record.measured.elapsed = Between(warm_up_end, end);
   record.user_executions = phase.stats.UserExecutions();
   record.forgotten = phase.run.Forgotten();

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "WorkloadFixture.h"
+#include "lkbench/workload/TableWatch.h"
 
 namespace lkbench {
 namespace {
@@ -24,7 +25,7 @@ void ExpectEqual(const Tally& one, const Tally& other) {
   EXPECT_EQ(one.errors, other.errors);
 }
 
-void ExpectSound(const Part& part) {
+void ExpectSound(const Part& part, bool has_tables) {
   Tally xacts;
   for (const XactTotals& xact : part.xacts) {
     xacts.Add(xact);
@@ -32,6 +33,16 @@ void ExpectSound(const Part& part) {
     EXPECT_EQ(xact.response.Count(), xact.executions - xact.failures);
   }
   ExpectEqual(part.total, xacts);
+  Tally tables;
+  std::uint64_t times = 0;
+  for (const TableTotals& table : part.tables) {
+    tables.Add(table);
+    times += table.response.Count();
+  }
+  if (has_tables) {
+    ExpectEqual(part.total, tables);
+    EXPECT_EQ(times, part.total.response.Count());
+  }
   EXPECT_EQ(part.total.failures,
             std::accumulate(part.total.errors.begin(), part.total.errors.end(), std::uint64_t{0}));
 }
@@ -42,8 +53,9 @@ void ExpectSound(const RunRecord& record) {
   std::uint64_t failures = 0;
   for (size_t i = 0; i < record.phases.size(); ++i) {
     const PhaseRecord& phase = record.phases[i];
-    ExpectSound(phase.warm_up);
-    ExpectSound(phase.measured);
+    ExpectSound(phase.warm_up, false);
+    EXPECT_TRUE(phase.warm_up.tables.empty());
+    ExpectSound(phase.measured, true);
     ExpectEqual(phase.warm_up.total, SumOf(record, i, true));
     ExpectEqual(phase.measured.total, SumOf(record, i, false));
     EXPECT_EQ(phase.measured.total.executions,
@@ -51,7 +63,7 @@ void ExpectSound(const RunRecord& record) {
     measured.Add(phase.measured.total);
     failures += phase.warm_up.total.failures + phase.measured.total.failures;
   }
-  ExpectSound(record.measured);
+  ExpectSound(record.measured, true);
   ExpectEqual(record.measured.total, measured);
   for (const ErrorRecord& error : record.errors) failures -= error.count;
   EXPECT_EQ(failures, 0u);
@@ -220,12 +232,14 @@ TEST_F(WorkloadTest, SumsAgreeWhateverHappens) {
     std::minstd_rand random(++calls);
     random.discard(5);
     const auto draw = random() % 10;
+    if (draw != 9) NoteStatement("SELECT * FROM LK_REP_TABLE" + std::to_string(1 + random() % 4));
     if (draw == 0) throw std::runtime_error("thrown");
     auto& driver = dynamic_cast<FakeDriver&>(*xact.GetDriver());
     if (draw < 3) driver.Fail(draw == 1 ? 60 : 1);
     driver.m_bCommits = draw == 3 ? 0 : 1;
     return draw < 3 ? 0 : OneRow(xact);
   };
+  m_context.columns = {0, 5, 5, 7};
   AddToAll({2, 1}, body, L"First");
   AddToAll({1, 0}, body, L"Second");
   for (size_t i = 0; i < m_xacts.size(); ++i) m_xacts[i]->SetDriver(&m_users.Driver(static_cast<int>(i % 3)));
@@ -242,6 +256,10 @@ TEST_F(WorkloadTest, SumsAgreeWhateverHappens) {
   for (const ErrorClass each : {ErrorClass::kDeadlock, ErrorClass::kDuplicateKey, ErrorClass::kOther})
     EXPECT_GT(record.measured.total.errors[static_cast<size_t>(each)], 0u) << NameOf(each);
   EXPECT_GT(record.measured.total.undone, 0u);
+  ASSERT_EQ(record.measured.tables.size(), 4u);  // no statement named a fourth one that is known
+  EXPECT_EQ(record.measured.tables[0].name, "(unknown)");
+  EXPECT_EQ(record.measured.tables[3].name, "LK_REP_TABLE3");
+  EXPECT_EQ(record.measured.tables[3].columns, 7);
 }
 
 }  // namespace

@@ -51,6 +51,31 @@ TEST_F(WorkloadRun, ARunCreatesLoadsWorksAndRefreshes) {
   EXPECT_EQ(json["workload"]["total"]["executions"], sum);
 }
 
+TEST_F(WorkloadRun, EveryExecutionIsCountedForTheTableThatItWorkedOn) {
+  const auto file = m_folder.Path() / "results.json";
+  Do({"run", "--tables", "3", "--min-columns", "4", "--max-columns", "4", "--count", "300", "--json", file});
+  const nlohmann::json workload = Json(file)["workload"];
+  std::uint64_t sum = 0;
+  for (const auto& table : workload["tables"]) {
+    sum += table["executions"].get<std::uint64_t>();
+    EXPECT_EQ(table["columns"], 4);
+  }
+  EXPECT_EQ(workload["tables"].size(), 3u);
+  EXPECT_EQ(workload["tables"][2]["name"], "LK_REP_TABLE3");
+  EXPECT_EQ(sum, 300u);
+}
+
+TEST_F(WorkloadRun, AFailureIsCountedForItsTableToo) {
+  const auto file = m_folder.Path() / "results.json";
+  Do({"create", "--tables", "2"});
+  Do({"load"});
+  m_sql.Run("CREATE TRIGGER broken BEFORE DELETE ON LK_REP_TABLE2 FOR EACH ROW SIGNAL SQLSTATE '45000'");
+  EXPECT_EQ(Run({"workload", "--count", "100", "--mix", "delete=1", "--json", file}).code, 2);
+  const nlohmann::json tables = Json(file)["workload"]["tables"];
+  EXPECT_EQ(tables[0]["failures"], 0);
+  EXPECT_GT(tables[1]["failures"], 0);
+}
+
 TEST_F(WorkloadRun, ASecondRunUsesTheSchemaThatIsThere) {
   Do({"run", "--duration", "200ms"});
   const Outcome outcome = Run({"run", "--duration", "200ms", "--tables", "4"});
