@@ -44,6 +44,7 @@ class HistogramData {
   std::uint64_t Sum() const { return m_sum; }
   std::uint64_t Max() const { return m_max; }
   std::uint64_t Mean() const { return m_count == 0 ? 0 : m_sum / m_count; }
+  std::uint64_t CountOf(std::size_t bucket) const { return m_counts[bucket]; }
   // The smallest value that at least `percent` of the values do not exceed; 0 when there are none.
   std::uint64_t Percentile(double percent) const;
 
