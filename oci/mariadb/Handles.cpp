@@ -133,17 +133,10 @@ struct AtEnd {
 
 namespace {
 
-thread_local constinit bool memo_is_gone = false;  // the thread is about to end
-
 // The handles that a thread has looked up last. Most calls name the same few again, and the register is one
 // for all threads. It keeps no handle alive and knows no handle longer than the register does.
 class Memo {
  public:
-  Memo() = default;
-  ~Memo() { memo_is_gone = true; }
-  Memo(const Memo&) = delete;
-  Memo& operator=(const Memo&) = delete;
-
   std::shared_ptr<Handle> Find(const void* token) {
     Known& known = m_known[reinterpret_cast<std::uintptr_t>(token) / kTokenStep % m_known.size()];
     if (known.token == token) {
@@ -163,7 +156,22 @@ class Memo {
   std::array<Known, 16> m_known;
 };
 
-thread_local Memo memo;
+// The memo of this thread; null before its first call, and when the thread is about to end.
+thread_local constinit Memo* memo = nullptr;
+
+struct MemoOwner {
+  MemoOwner() { memo = &own; }
+  ~MemoOwner() { memo = nullptr; }
+  MemoOwner(const MemoOwner&) = delete;
+  MemoOwner& operator=(const MemoOwner&) = delete;
+  Memo own;
+};
+
+// Makes the memo, once; afterwards there is none.
+[[gnu::noinline]] std::shared_ptr<Handle> FindWithoutMemo(const void* token) {
+  thread_local MemoOwner owner;
+  return TheRegister().Find(token);
+}
 
 }  // namespace
 
@@ -187,8 +195,7 @@ bool Unregister(const void* token, ub4 type) {
 }
 
 std::shared_ptr<Handle> FindHandle(const void* token) {
-  if (memo_is_gone) return TheRegister().Find(token);
-  return memo.Find(token);
+  return memo ? memo->Find(token) : FindWithoutMemo(token);
 }
 
 }  // namespace ocimaria

@@ -41,8 +41,9 @@ class PieceList {
     return false;
   }
   bool IsSymbol(std::size_t i, std::string_view symbol) const {
-    return i < m_pieces.size() && m_pieces[i].token.kind == TokenKind::kSymbol &&
-           m_pieces[i].token.text == symbol;
+    if (i >= m_pieces.size() || m_pieces[i].token.kind != TokenKind::kSymbol) return false;
+    const std::string_view text = m_pieces[i].token.text;
+    return text.front() == symbol.front() && text == symbol;
   }
   bool IsName(std::size_t i) const;  // a word or a quoted name
 

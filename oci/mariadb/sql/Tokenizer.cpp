@@ -13,6 +13,10 @@ namespace {
 constexpr bool IsWordStart(char c) { return IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 128; }
 constexpr bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c) || c == '$' || c == '#'; }
 
+// As objects, so that a loop over them needs no call.
+constexpr auto kIsWordPart = [](char c) { return IsWordPart(c); };
+constexpr auto kIsDigit = [](char c) { return IsDigit(c); };
+
 // The bracket that closes a q'..' literal; any other character closes itself.
 constexpr char ClosingBracket(char opening) {
   switch (opening) {
@@ -92,14 +96,15 @@ class Scanner {
   TokenKind ScanToken() {
     const auto prefix = PrefixOf(m_sql.substr(m_at, 2));
     if (Peek(prefix.length) == '\'') return ScanString(prefix);
-    if (IsWordStart(Peek())) return ScanWhile(TokenKind::kWord, IsWordPart);
+    if (IsWordStart(Peek())) return ScanWhile(TokenKind::kWord, kIsWordPart);
     if (Peek() == '"') return ScanQuotedName(TokenKind::kQuotedName);
     if (IsDigit(Peek()) || (Peek() == '.' && IsDigit(Peek(1)))) return ScanNumber();
     if (Peek() == ':' && Peek(1) != '=') return ScanPlaceholder();
     return ScanSymbol();
   }
 
-  TokenKind ScanWhile(TokenKind kind, bool (*part)(char)) {
+  template <class Part>
+  TokenKind ScanWhile(TokenKind kind, Part part) {
     while (m_at < m_sql.size() && part(m_sql[m_at])) ++m_at;
     return kind;
   }
@@ -125,16 +130,16 @@ class Scanner {
   }
 
   TokenKind ScanNumber() {
-    ScanWhile(TokenKind::kNumber, IsDigit);
+    ScanWhile(TokenKind::kNumber, kIsDigit);
     // Two points are the range of a loop, as in 1..3.
     if (Peek() == '.' && Peek(1) != '.') {
       ++m_at;
-      ScanWhile(TokenKind::kNumber, IsDigit);
+      ScanWhile(TokenKind::kNumber, kIsDigit);
     }
     const std::size_t sign = Peek(1) == '+' || Peek(1) == '-' ? 1 : 0;
     if (ToUpper(Peek()) == 'E' && IsDigit(Peek(1 + sign))) {
       m_at += 1 + sign;
-      ScanWhile(TokenKind::kNumber, IsDigit);
+      ScanWhile(TokenKind::kNumber, kIsDigit);
     }
     return TokenKind::kNumber;
   }
@@ -143,14 +148,15 @@ class Scanner {
     ++m_at;
     if (Peek() == '"') return ScanQuotedName(TokenKind::kPlaceholder);
     if (!IsWordStart(Peek()) && !IsDigit(Peek())) throw OraError(1745);
-    return ScanWhile(TokenKind::kPlaceholder, IsWordPart);
+    return ScanWhile(TokenKind::kPlaceholder, kIsWordPart);
   }
 
   TokenKind ScanSymbol() {
     static constexpr std::array<std::string_view, 12> kPairs{
         ":=", "||", "<=", ">=", "<>", "!=", "^=", "=>", "..", "**", "<<", ">>"};
-    const auto pair = m_sql.substr(m_at, 2);
-    m_at += std::ranges::find(kPairs, pair) != kPairs.end() ? 2 : 1;
+    constexpr std::string_view kSecond = "=|>.*<";  // what ends a pair; hardly any mark is followed by it
+    const bool may_pair = kSecond.find(Peek(1)) != kSecond.npos;
+    m_at += may_pair && std::ranges::find(kPairs, m_sql.substr(m_at, 2)) != kPairs.end() ? 2 : 1;
     return TokenKind::kSymbol;
   }
 
