@@ -18,6 +18,7 @@
 #include "lkbench/Report.h"
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
+#include "lkbench/TextVerbs.h"
 #include "localdb/LocalServer.h"
 
 namespace lkbench {
@@ -190,6 +191,7 @@ int RunApp(int argc, const char* const* argv) {
       console.Result(invocation.answer.substr(0, invocation.answer.find_last_not_of('\n') + 1));
       return kDone;
     }
+    if (RunTextVerb(invocation, console)) return kDone;
     console.SetLevel(invocation.job.log_level);
     ErrorLog log(console);
     const HostSetUp host(console, log);

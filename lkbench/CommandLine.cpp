@@ -104,11 +104,12 @@ void ApplyDebug(Invocation& invocation) {
   job.log_level = LogLevel::kDebug;
 }
 
-void ReadSettings(Invocation& invocation, const Settings& settings) {
+void ReadSettings(Invocation& invocation, const VerbInfo& verb, const Settings& settings) {
   const auto set_own = [&](const auto& key, const JobValue& value) { key.type.set(invocation, value); };
   const auto set_job = [&](const auto& key, const JobValue& value) { SetJobKey(invocation.job, key, value); };
   settings.FromEnvironment(InvocationFlags(), set_own);
   settings.FromFlags(InvocationFlags(), set_own);
+  if ((verb.bit & kJobVerbs) == 0) return;  // has no job
   if (!invocation.config.empty()) ReadJobFile(invocation.job, invocation.config);
   settings.FromEnvironment(JobKeys(), set_job);
   settings.FromFlags(JobKeys(), set_job);
@@ -194,7 +195,7 @@ Invocation ReadCommandLine(int argc, const char* const* argv) {
   const Settings settings(app, given);
   settings.RefuseUnused(*verb);
   invocation.verb = verb->name;
-  ReadSettings(invocation, settings);
+  ReadSettings(invocation, *verb, settings);
   return invocation;
 }
 

@@ -54,8 +54,9 @@ void RequireWholeTables(const Bench& bench, const Schema& schema, const char* ve
   }
 }
 
-double WantedScale(const Bench& bench, double otherwise) {
-  return bench.IsSet("scale") ? bench.job.scale : otherwise;
+double WantedScale(Bench& bench, double otherwise) {
+  if (!bench.IsSet("scale")) bench.job.scale = otherwise;
+  return bench.job.scale;
 }
 
 }  // namespace lkbench

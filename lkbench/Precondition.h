@@ -17,8 +17,8 @@ enum class Broken { kNone, kTableLoadsToo };
 void RequireWholeTables(const Bench& bench, const Schema& schema, const char* verb,
                         Broken allowed = Broken::kNone);
 
-// What the job says with --scale, or else what fits the schema.
-double WantedScale(const Bench& bench, double otherwise);
+// What the job says with --scale, or else what fits the schema, which the job then says too.
+double WantedScale(Bench& bench, double otherwise);
 
 int FirstTable(const Job& job);  // 1 when unset
 

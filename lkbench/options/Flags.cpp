@@ -5,24 +5,39 @@
 
 #include "lkbench/JobKeys.h"
 #include "lkbench/options/KeyTypes.h"
+#include "lkbench/options/Templates.h"
 
 namespace lkbench {
 namespace {
 
 using enum Section;
 
-const std::vector<Key<Invocation>> kFlags = {
-    {"config", "FILE", "job file (TOML)", kGeneral, kPluginVerbs, FileName(&Invocation::config), {}, 'c'},
-    {"debug", "", "as --log-level debug", kOutput, kPluginVerbs, Switch(&Invocation::debug)},
-};
+// Not a constant of the file: it is made from the templates, which must be there first.
+const std::vector<Key<Invocation>>& Flags() {
+  static const std::vector<Key<Invocation>> flags = {
+      {"config", "FILE", "job file (TOML)", kGeneral, kPluginVerbs, FileName(&Invocation::config), {}, 'c'},
+      {"template", "NAME", "what the job is for: smoke, oltp, wide, many-tables, failover", kGeneral,
+       kInitVerb, OneOf(&Invocation::job_template, TemplateNames())},
+      {"output",
+       "FILE",
+       "the job file to write; - prints it",
+       kGeneral,
+       kInitVerb,
+       FileName(&Invocation::output),
+       {},
+       'o'},
+      {"debug", "", "as --log-level debug", kOutput, kPluginVerbs, Switch(&Invocation::debug)},
+  };
+  return flags;
+}
 
 }  // namespace
 
-std::span<const Key<Invocation>> InvocationFlags() { return kFlags; }
+std::span<const Key<Invocation>> InvocationFlags() { return Flags(); }
 
 std::vector<KeyText> AllFlags() {
   std::vector<KeyText> flags;
-  for (const auto& key : kFlags) flags.push_back(TextOf(key));
+  for (const auto& key : Flags()) flags.push_back(TextOf(key));
   for (const auto& key : JobKeys()) flags.push_back(TextOf(key));
   std::ranges::stable_sort(flags, {}, &KeyText::section);
   return flags;

@@ -20,6 +20,9 @@ struct Invocation {
 
   std::string config;  // the job file
   bool debug = false;
+  std::string output = "job.toml";  // the file that init writes
+  int job_template = 0;             // index into TemplateNames
+  bool dry_run = false;
 };
 
 std::span<const Key<Invocation>> InvocationFlags();

@@ -2,29 +2,14 @@
 #include "lkbench/options/HelpText.h"
 
 #include <algorithm>
-#include <sstream>
 
 #include "lkbench/options/Flags.h"
+#include "lkbench/options/Wrap.h"
 
 namespace lkbench {
 namespace {
 
-constexpr size_t kWidth = 100;
 constexpr size_t kLeft = 30;  // where the second column begins
-
-// Words of a text in lines of `width`, each but the first behind `indent` blanks.
-std::string Wrapped(const std::string& text, size_t indent) {
-  std::string wrapped;
-  size_t column = indent;
-  std::istringstream words(text);
-  for (std::string word; words >> word;) {
-    const bool fits = column + 1 + word.size() <= kWidth;
-    if (!wrapped.empty()) wrapped += fits ? " " : "\n" + std::string(indent, ' ');
-    column = (fits ? column + 1 : indent) + word.size();
-    wrapped += word;
-  }
-  return wrapped + '\n';
-}
 
 // "  left    right", the right one wrapped; a long left one has a line of its own.
 std::string Row(const std::string& left, const std::string& right, size_t width = kLeft) {
@@ -33,7 +18,7 @@ std::string Row(const std::string& left, const std::string& right, size_t width 
     row += '\n' + std::string(width, ' ');
   else
     row.resize(width, ' ');
-  return row + Wrapped(right, width);
+  return row + Wrapped(right, std::string(width, ' '));
 }
 
 std::string FlagRow(const KeyText& key) {
@@ -83,14 +68,14 @@ std::string GeneralHelp() {
   for (const VerbInfo& verb : AllVerbs()) text += Row(verb.name, verb.help, kVerbWidth);
   text += "\nFor every verb:\n" + Row("-h, --help", "its flags and examples") +
           Row("    --version", "version of lkbench");
-  text += "\n" + Wrapped(kSettings, 0);
-  text += "\n" + Wrapped(kExitCodes, 0);
+  text += "\n" + Wrapped(kSettings, "");
+  text += "\n" + Wrapped(kExitCodes, "");
   return text + Examples(*FindVerb("run"));
 }
 
 std::string VerbHelp(const VerbInfo& verb) {
   std::string text = "lkbench " + verb.name + ": " + verb.help + '\n';
-  if (!verb.more.empty()) text += '\n' + Wrapped(verb.more, 0);
+  if (!verb.more.empty()) text += '\n' + Wrapped(verb.more, "");
   const std::string flags = FlagRows(verb.bit);
   text += "\nUsage: lkbench " + verb.name + (verb.arguments.empty() ? "" : ' ' + verb.arguments) +
           (flags.empty() ? "" : " [FLAGS]") + '\n';

@@ -7,6 +7,13 @@ namespace lkbench {
 namespace {
 
 const std::vector<VerbInfo> kVerbs = {
+    {.name = "init",
+     .bit = kInitVerb,
+     .help = "write a commented job file to start from",
+     .more = "A file that is there already is left alone.",
+     .examples = {{"lkbench init", "job.toml, for a short first run"},
+                  {"lkbench init --template oltp -o oltp.toml", "a job of many users"},
+                  {"lkbench init --template wide -o -", "to look at"}}},
     {.name = "run",
      .bit = kRunVerb,
      .help = "create, load, workload and refresh, then a summary",

@@ -74,7 +74,7 @@ TEST(CommandLine, AnUnknownFlagIsNamedWithTheNearest) {
 
 TEST(CommandLine, AnUnknownOrMissingVerbIsNamed) {
   EXPECT_EQ(Refusal({"lod"}), "unknown verb \"lod\": did you mean \"load\"?");
-  EXPECT_THAT(Refusal({}), HasSubstr("a verb is needed: one of run, create"));
+  EXPECT_THAT(Refusal({}), HasSubstr("a verb is needed: one of init, run, create"));
 }
 
 TEST(CommandLine, AWrongValueNamesTheFlag) {

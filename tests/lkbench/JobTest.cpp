@@ -131,32 +131,6 @@ oci = "o.so"
   EXPECT_EQ(job.origins.size(), JobKeys().size());
 }
 
-TEST(JobFile, TheExampleHoldsTheDefaults) {
-  Job job;
-  ReadJobFile(job, LKBENCH_JOB_EXAMPLE);
-  const Job defaults;
-  EXPECT_EQ(job.users, defaults.users);
-  EXPECT_EQ(job.duration, defaults.duration);
-  EXPECT_EQ(job.scale, defaults.scale);
-  EXPECT_EQ(job.tables, defaults.tables);
-  EXPECT_EQ(job.min_columns, defaults.min_columns);
-  EXPECT_EQ(job.max_columns, defaults.max_columns);
-  EXPECT_EQ(job.distribution, defaults.distribution);
-  EXPECT_EQ(job.rows_per_commit, defaults.rows_per_commit);
-  EXPECT_EQ(job.schema_seed, defaults.schema_seed);
-  EXPECT_EQ(job.run_seed, defaults.run_seed);
-  EXPECT_EQ(static_cast<const Phase&>(job), static_cast<const Phase&>(defaults));
-  EXPECT_EQ(job.on_disconnect, defaults.on_disconnect);
-  EXPECT_EQ(job.reconnect_pause, defaults.reconnect_pause);
-  EXPECT_EQ(job.reconnect_limit, defaults.reconnect_limit);
-  ASSERT_EQ(job.column_types.size(), defaults.column_types.size());
-  for (size_t i = 0; i < defaults.column_types.size(); ++i) {
-    EXPECT_EQ(job.column_types[i].type, defaults.column_types[i].type);
-    EXPECT_EQ(job.column_types[i].weight, defaults.column_types[i].weight);
-    EXPECT_EQ(job.column_types[i].nullable, defaults.column_types[i].nullable);
-  }
-}
-
 TEST(JobFile, AnUnknownKeyIsNamedWithItsLineAndTheNearestKey) {
   EXPECT_EQ(Refusal("scale = 1\nuser = 3\n"), "job.toml:2: unknown key \"user\": did you mean \"users\"?");
 }

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/TextVerbs.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "lkbench/Failure.h"
+#include "lkbench/Text.h"
+#include "lkbench/options/Templates.h"
+
+namespace lkbench {
+namespace {
+
+// The exclusive open leaves no moment in which somebody else's file could be overwritten.
+void WriteNewFile(const std::string& file, const std::string& text) {
+  const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (opened < 0 && errno == EEXIST)
+    throw UsageError("init: " + file + " is there already: name another file with -o FILE, or remove it");
+  bool done = opened >= 0;
+  for (size_t at = 0; done && at < text.size();) {
+    const ssize_t written = write(opened, text.data() + at, text.size() - at);
+    done = written > 0;
+    if (done) at += static_cast<size_t>(written);
+  }
+  const int error = errno;
+  if (opened >= 0) close(opened);
+  if (!done)
+    throw UsageError("init: " + file + " cannot be written: " + std::generic_category().message(error));
+}
+
+void Init(const Invocation& invocation, Console& console) {
+  const JobTemplate& chosen = JobTemplates()[static_cast<size_t>(invocation.job_template)];
+  const std::string text = TemplateText(chosen);
+  if (invocation.output == "-") {
+    console.Result(text.substr(0, text.size() - 1));
+    return;
+  }
+  WriteNewFile(invocation.output, text);
+  console.Result("wrote " + invocation.output + ": " + chosen.help + ". Run it: lkbench run -c " +
+                 invocation.output);
+}
+
+}  // namespace
+
+bool RunTextVerb(const Invocation& invocation, Console& console) {
+  if (invocation.verb != "init") return false;
+  Init(invocation, console);
+  return true;
+}
+
+}  // namespace lkbench
