@@ -66,7 +66,7 @@ valgrind:  # the tests of the plug-in and of the host's core under memcheck; min
 deb:  # Debian packages in build/release/packages, looked over by lintian; the authors have no public address
 	scripts/install-packages package
 	$(configure)
-	cmake --build --preset $(PRESET) --target lkbench
+	cmake --build --preset $(PRESET) --target lkbench_pages
 	rm -rf build/$(PRESET)/packages
 	cd build/$(PRESET) && cpack
 	lintian --fail-on error --suppress-tags bogus-mail-host,bogus-mail-host-in-debian-changelog \

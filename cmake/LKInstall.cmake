@@ -18,14 +18,20 @@ set(LK_INSTALL_LIBRARIES ${CMAKE_INSTALL_LIBDIR}/lkbench)
 set(LK_INSTALL_HEADERS ${CMAKE_INSTALL_INCLUDEDIR}/lkbench)
 set(LK_INSTALL_CMAKE ${CMAKE_INSTALL_LIBDIR}/cmake/lkbench)
 set(LK_INSTALL_PKGCONFIG lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig)  # it names folders of this architecture
-set(libraries LKCore LKDBCore LKOracle8 CREP_ORA8 ocimariadb)
+set(libraries LKCore LKDBCore LKOracle8 CREP_ORA8 ocimariadb ocirecord)
 
 file(RELATIVE_PATH to_libraries /${CMAKE_INSTALL_BINDIR} /${LK_INSTALL_LIBRARIES})
 set_target_properties(lkbench PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS lkbench RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 install(TARGETS ${libraries} LIBRARY DESTINATION ${LK_INSTALL_LIBRARIES} COMPONENT program)
-install(FILES docs/job-example.toml DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/lkbench/examples COMPONENT program)
+set(pages ${CMAKE_BINARY_DIR}/lkbench/pages)  # made by the build from the program itself
+install(FILES ${pages}/job-example.toml DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/lkbench/examples COMPONENT program)
+
+install(FILES ${pages}/lkbench.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+install(FILES ${pages}/lkbench-job.5.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT program)
+install(FILES ${pages}/lkbench DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
+install(FILES ${pages}/_lkbench DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT program)
 
 foreach(folder IN ITEMS core db oracle8)
   install(DIRECTORY host/${folder} DESTINATION ${LK_INSTALL_HEADERS} COMPONENT development

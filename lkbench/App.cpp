@@ -10,6 +10,7 @@
 #include "core/LKConfig.h"
 #include "lkbench/Bench.h"
 #include "lkbench/CommandLine.h"
+#include "lkbench/Ddl.h"
 #include "lkbench/Failure.h"
 #include "lkbench/HostSetUp.h"
 #include "lkbench/Inspect.h"
@@ -175,6 +176,10 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
 
 int RunInvocation(Invocation& invocation, Console& console, ErrorLog& log) {
   DrawRunSeed(invocation.job);
+  if (invocation.verb == "ddl") {
+    console.Result(DdlScript(CreationStatements(invocation.job, console, log)));
+    return kDone;
+  }
   if (invocation.verb != "list") return RunDatabaseVerb(invocation.verb, invocation.job, console, log);
   const Layers layers(TargetKind::kMariaDb, {invocation.job.oci, invocation.job.plugin});
   console.Result(ListText(*layers.NewBenchmark()));

@@ -128,16 +128,24 @@ std::vector<std::string> Arguments(const std::vector<std::string>& extras, const
   for (const std::string& word : extras) {
     if (!word.starts_with('-') || word == "-") continue;
     const std::string flag = word.substr(0, word.find('='));
-    throw UsageError("unknown flag " + Excerpt(flag) + DidYouMean(flag, FlagNames()));
+    const std::string nearest = DidYouMean(flag, FlagNames());
+    const std::string about = verb == nullptr ? "VERB` lists the flags of a verb"
+                                              : verb->name + "` lists the flags of " + verb->name;
+    throw UsageError("unknown flag " + Excerpt(flag) +
+                     (nearest.empty() ? ": `lkbench help " + about : nearest));
   }
-  if (verb == nullptr && !extras.empty())
-    throw UsageError("unknown verb \"" + Excerpt(extras.front()) + '"' +
-                     DidYouMean(extras.front(), VerbNames()));
+  if (verb == nullptr && !extras.empty()) {
+    const std::string nearest = DidYouMean(extras.front(), VerbNames());
+    throw UsageError(
+        "unknown verb \"" + Excerpt(extras.front()) + '"' +
+        (nearest.empty() ? ": one of " + Join(VerbNames(), ", ") + "; `lkbench help` says more" : nearest));
+  }
   if (verb == nullptr) return {};
   const std::string form = "the form is lkbench " + verb->name + ' ' +
                            (verb->arguments.empty() ? "[FLAGS]" : verb->arguments + " [FLAGS]");
   if (extras.size() > verb->most)
-    throw UsageError("unexpected argument \"" + Excerpt(extras[verb->most]) + "\": " + form);
+    throw UsageError("unexpected argument \"" + Excerpt(extras[verb->most]) + "\": " + form +
+                     (extras[verb->most].ends_with(".toml") ? "; a job file is named with -c" : ""));
   if (extras.size() < verb->fewest) throw UsageError(verb->name + ": an argument is missing: " + form);
   return extras;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/Bench.h"
+#include "lkbench/Ddl.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
 #include "lkbench/Text.h"
@@ -37,12 +38,7 @@ void NoteBegin(Bench& bench, bool is_new, int first) {
 
 }  // namespace
 
-void CreateSchema(Bench& bench) {
-  const Schema schema = ReadSchema(bench.Admin());
-  RequireRoom(bench, schema);
-  const bool is_new = schema.status == SchemaStatus::kNone;
-  const int first = FirstTable(bench.job);
-  NoteBegin(bench, is_new, first);
+void MakeObjects(Bench& bench, bool is_new) {
   const CBenchmarkProperties properties = PropertiesOf(bench.job);
   bench.RunObject(Role::kCreateTables, properties);
   if (is_new) {
@@ -51,6 +47,15 @@ void CreateSchema(Bench& bench) {
   } else {
     bench.RunObject(Role::kRefreshProperties, properties);
   }
+}
+
+void CreateSchema(Bench& bench) {
+  const Schema schema = ReadSchema(bench.Admin());
+  RequireRoom(bench, schema);
+  const bool is_new = schema.status == SchemaStatus::kNone;
+  const int first = FirstTable(bench.job);
+  NoteBegin(bench, is_new, first);
+  MakeObjects(bench, is_new);
   StateChanges done;
   done.Remove("creating");
   done.Write(bench.Admin());

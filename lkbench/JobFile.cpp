@@ -65,9 +65,13 @@ void ReadJobText(Job& job, std::string_view text, const std::string& path) {
   for (const auto& [name, node] : document) {
     const std::string key(name.str());
     const JobKey* known = FindJobKey(key);
-    if (known == nullptr)
+    if (known == nullptr) {
+      const std::string nearest = DidYouMean(key, JobKeyNames());
       throw UsageError(Place(path, name.source()) + ": unknown key \"" + Excerpt(key) + '"' +
-                       DidYouMean(key, JobKeyNames()));
+                       (nearest.empty() && node.is_table()
+                            ? ": keys stand at the top of the file, without a [table]"
+                            : nearest));
+    }
     SetJobKey(job, *known, ValueOf(key, node, path));
   }
 }

@@ -5,6 +5,7 @@
 
 #include "lkbench/options/JobReaders.h"
 #include "lkbench/options/PhaseKeys.h"
+#include "lkbench/options/TextVerbs.h"
 
 namespace lkbench {
 namespace {
@@ -15,6 +16,8 @@ constexpr std::uint64_t kLeastBufferPool = 32 * localdb::kMebibyte;
 constexpr std::uint64_t kMostBufferPool = 1024 * 1024 * localdb::kMebibyte;
 constexpr std::uint64_t kLeastLog = 8 * localdb::kMebibyte;
 constexpr std::uint64_t kMostLog = 512 * 1024 * localdb::kMebibyte;  // the server's own limit
+
+constexpr Verbs kShapeVerbs = kBuildVerbs | kDdlVerb;  // draw the tables
 
 using enum Section;
 
@@ -31,30 +34,30 @@ const std::vector<JobKey> kKeys = {
      kDatabaseVerbs, ServerSize(&localdb::Settings::buffer_pool, kLeastBufferPool, kMostBufferPool)},
     {"log_size", "SIZE", "of a local: target: size of the redo log, such as 64MiB or 1GiB", kTarget,
      kDatabaseVerbs, ServerSize(&localdb::Settings::log_size, kLeastLog, kMostLog)},
-    {"tables", "N", "replication tables", kTables, kSchemaVerbs | kDropVerb,
+    {"tables", "N", "replication tables", kTables, kSchemaVerbs | kDropVerb | kDdlVerb,
      WholeNumber(&Job::tables, 1, kMostTables)},
     {"first_table", "N", "work on the tables from this number on, to add to an existing schema", kTables,
-     kSchemaVerbs | kDropVerb, WholeNumber(&Job::first_table, 1, kMostTables)},
+     kSchemaVerbs | kDropVerb | kDdlVerb, WholeNumber(&Job::first_table, 1, kMostTables)},
     {"scale",
      "X",
      "size of the data: 1000 rows per table and unit",
      kTables,
-     kSchemaVerbs,
+     kSchemaVerbs | kDdlVerb,
      RealNumber(&Job::scale, 0),
      {},
      's'},
-    {"min_columns", "N", "fewest columns of a table beside ID", kTables, kBuildVerbs,
+    {"min_columns", "N", "fewest columns of a table beside ID", kTables, kShapeVerbs,
      WholeNumber(&Job::min_columns, 1, kMostColumns)},
-    {"max_columns", "N", "most columns of a table beside ID", kTables, kBuildVerbs,
+    {"max_columns", "N", "most columns of a table beside ID", kTables, kShapeVerbs,
      WholeNumber(&Job::max_columns, 1, kMostColumns)},
     {"column_types", "TYPE[:WEIGHT[:null]]",
      "a column type, how often it is drawn, whether it may hold NULL; repeated for more types", kTables,
-     kBuildVerbs, ColumnTypeList(), "a mix of numbers, texts and dates"},
+     kShapeVerbs, ColumnTypeList(), "a mix of numbers, texts and dates"},
     {"distribution", "NAME", "recorded with the schema: none, absolute, uniform, negexp, normal, poisson",
-     kTables, kBuildVerbs,
+     kTables, kShapeVerbs,
      OneOf(&Job::distribution, {"none", "absolute", "uniform", "negexp", "normal", "poisson"})},
     {"schema_seed", "N", "seed of the tables' shapes: the same seed gives the same tables everywhere",
-     kTables, kBuildVerbs, WholeNumber(&Job::schema_seed, 0)},
+     kTables, kShapeVerbs, WholeNumber(&Job::schema_seed, 0)},
     {"use_backup", "", "load into backup tables and make the tables from them", kLoad,
      kBuildVerbs | kLoadVerb | kRefreshVerb, Switch(&Job::use_backup)},
     {"rows_per_commit", "N", "rows of one array insert of the load, 1 to 1000", kLoad, kRunVerb | kLoadVerb,
@@ -81,11 +84,11 @@ const std::vector<JobKey> kKeys = {
      TimeSpan(&Job::reconnect_limit)},
     {"run_seed", "N", "seed of the order of transactions, to repeat a run", kWorkload, kWorkVerbs,
      WholeNumber(&Job::run_seed, 0), "drawn anew for every run"},
-    {"log_level", "LEVEL", "what is printed beside results: warning, info, debug", kOutput, kPluginVerbs,
+    {"log_level", "LEVEL", "what is printed beside results: warning, info, debug", kOutput, kJobVerbs,
      OneOf(&Job::log_level, {"warning", "info", "debug"})},
     {"json", "FILE", "write the results as JSON", kOutput, kDatabaseVerbs & ~kCheckVerb,
      FileName(&Job::json)},
-    {"plugin", "FILE", "the benchmark plug-in", kLibraries, kPluginVerbs, FileName(&Job::plugin),
+    {"plugin", "FILE", "the benchmark plug-in", kLibraries, kJobVerbs, FileName(&Job::plugin),
      "libCREP_ORA8.so beside lkbench"},
     {"oci", "FILE", "the OCI library", kLibraries, kPluginVerbs, FileName(&Job::oci),
      "the one that the target names"},

@@ -9,10 +9,14 @@
 
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
+#include "lkbench/options/Completion.h"
+#include "lkbench/options/ManPage.h"
 #include "lkbench/options/Templates.h"
 
 namespace lkbench {
 namespace {
+
+std::string WithoutLastEnd(const std::string& text) { return text.substr(0, text.size() - 1); }
 
 // The exclusive open leaves no moment in which somebody else's file could be overwritten.
 void WriteNewFile(const std::string& file, const std::string& text) {
@@ -35,7 +39,7 @@ void Init(const Invocation& invocation, Console& console) {
   const JobTemplate& chosen = JobTemplates()[static_cast<size_t>(invocation.job_template)];
   const std::string text = TemplateText(chosen);
   if (invocation.output == "-") {
-    console.Result(text.substr(0, text.size() - 1));
+    console.Result(WithoutLastEnd(text));
     return;
   }
   WriteNewFile(invocation.output, text);
@@ -43,12 +47,37 @@ void Init(const Invocation& invocation, Console& console) {
                  invocation.output);
 }
 
+// The text of a verb that prints one of several, by its name.
+std::string PrintedText(const std::string& verb, const std::string& name) {
+  struct Text {
+    const char* verb;
+    const char* name;
+    std::string (*make)();
+  };
+  static constexpr Text kTexts[] = {{"completion", "bash", BashCompletion},
+                                    {"completion", "zsh", ZshCompletion},
+                                    {"man", "lkbench", ProgramPage},
+                                    {"man", "lkbench-job", JobPage}};
+  std::vector<std::string> names;
+  for (const Text& text : kTexts) {
+    if (text.verb != verb) continue;
+    if (text.name == name) return text.make();
+    names.emplace_back(text.name);
+  }
+  throw UsageError(verb + ": there is no \"" + Excerpt(name) + "\": one of " + Join(names, ", ") +
+                   " is needed" + DidYouMean(name, names));
+}
+
 }  // namespace
 
 bool RunTextVerb(const Invocation& invocation, Console& console) {
-  if (invocation.verb != "init") return false;
-  Init(invocation, console);
-  return true;
+  if (invocation.verb == "init") {
+    Init(invocation, console);
+    return true;
+  }
+  const bool prints = invocation.verb == "completion" || invocation.verb == "man";
+  if (prints) console.Result(WithoutLastEnd(PrintedText(invocation.verb, invocation.arguments.at(0))));
+  return prints;
 }
 
 }  // namespace lkbench

@@ -15,7 +15,7 @@ using enum Section;
 // Not a constant of the file: it is made from the templates, which must be there first.
 const std::vector<Key<Invocation>>& Flags() {
   static const std::vector<Key<Invocation>> flags = {
-      {"config", "FILE", "job file (TOML)", kGeneral, kPluginVerbs, FileName(&Invocation::config), {}, 'c'},
+      {"config", "FILE", "job file (TOML)", kGeneral, kJobVerbs, FileName(&Invocation::config), {}, 'c'},
       {"template", "NAME", "what the job is for: smoke, oltp, wide, many-tables, failover", kGeneral,
        kInitVerb, OneOf(&Invocation::job_template, TemplateNames())},
       {"output",
@@ -26,7 +26,7 @@ const std::vector<Key<Invocation>>& Flags() {
        FileName(&Invocation::output),
        {},
        'o'},
-      {"debug", "", "as --log-level debug", kOutput, kPluginVerbs, Switch(&Invocation::debug)},
+      {"debug", "", "as --log-level debug", kOutput, kJobVerbs, Switch(&Invocation::debug)},
   };
   return flags;
 }

@@ -9,6 +9,7 @@
 
 #include "lkbench/Job.h"
 #include "lkbench/options/Key.h"
+#include "lkbench/options/TextVerbs.h"
 
 namespace lkbench {
 
@@ -22,7 +23,6 @@ struct Invocation {
   bool debug = false;
   std::string output = "job.toml";  // the file that init writes
   int job_template = 0;             // index into TemplateNames
-  bool dry_run = false;
 };
 
 std::span<const Key<Invocation>> InvocationFlags();

@@ -2,7 +2,10 @@
 #include "lkbench/options/HelpText.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "lkbench/Failure.h"
+#include "lkbench/Text.h"
 #include "lkbench/options/Flags.h"
 #include "lkbench/options/Wrap.h"
 
@@ -49,16 +52,40 @@ std::string FlagRows(Verbs bit) {
   return text;
 }
 
-constexpr const char* kSettings =
-    "Settings are made in the job file (users = 8), in the environment (LKBENCH_USERS=8) or by a flag "
-    "(--users 8); the later of these wins. `lkbench help VERB` lists the flags of a verb.";
+const std::vector<ExitStatus> kStatuses = {{kDone, "done"},
+                                           {kUsage, "usage or job"},
+                                           {kRanWithFailures, "ran with failures"},
+                                           {kCannotPrepare, "cannot connect or prepare"},
+                                           {kInternal, "internal error"},
+                                           {kInterrupted, "interrupted by Ctrl-C"},
+                                           {kTerminated, "terminated by a signal"}};
 
-constexpr const char* kExitCodes =
-    "Exit codes: 0 done, 1 usage or job, 2 ran with failures, 5 cannot connect or prepare, 70 internal "
-    "error, 130 or 143 "
-    "interrupted.";
+std::string ExitCodesText() {
+  std::vector<std::string> codes;
+  for (const ExitStatus& status : kStatuses)
+    codes.push_back(std::to_string(status.code) + ' ' + status.meaning);
+  return "Exit codes: " + Join(codes, ", ") + '.';
+}
 
 }  // namespace
+
+std::span<const ExitStatus> ExitStatuses() { return kStatuses; }
+
+std::string ProgramDescription() {
+  return "lkbench measures databases that speak the Oracle Call Interface. It creates generated tables, "
+         "loads them "
+         "by array inserts from several users, drives single-row inserts, updates and deletes against them, "
+         "and puts "
+         "everything back to where it was. Without a target it works on a private database in a folder of "
+         "its own.";
+}
+
+std::string SettingsText() {
+  return "Settings are made in the job file (users = 8), in the environment (LKBENCH_USERS=8) or by a flag "
+         "(--users 8); the later of these wins. `lkbench help VERB` lists the flags of a verb. A variable "
+         "that begins "
+         "with LKBENCH_ and is no setting is refused; one that is set to nothing counts as not set.";
+}
 
 std::string GeneralHelp() {
   constexpr size_t kVerbWidth = 14;
@@ -68,8 +95,8 @@ std::string GeneralHelp() {
   for (const VerbInfo& verb : AllVerbs()) text += Row(verb.name, verb.help, kVerbWidth);
   text += "\nFor every verb:\n" + Row("-h, --help", "its flags and examples") +
           Row("    --version", "version of lkbench");
-  text += "\n" + Wrapped(kSettings, "");
-  text += "\n" + Wrapped(kExitCodes, "");
+  text += "\n" + Wrapped(SettingsText(), "");
+  text += "\n" + Wrapped(ExitCodesText(), "");
   return text + Examples(*FindVerb("run"));
 }
 

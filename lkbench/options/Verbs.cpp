@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "lkbench/options/TextVerbs.h"
+
 namespace lkbench {
 namespace {
 
@@ -33,6 +35,14 @@ const std::vector<VerbInfo> kVerbs = {
                   {"lkbench create --first-table 21 --tables 30", "ten more beside them"},
                   {"lkbench create --column-types 'NUMBER(10,2):3' --column-types VARCHAR2(40):1:null",
                    "three numbers to one text that may hold NULL"}}},
+    {.name = "ddl",
+     .bit = kDdlVerb,
+     .help = "print the statements that create executes, without a database",
+     .more = "The text is what the plug-in makes of the job, before any database sees it; with the same "
+             "schema seed "
+             "it is the same everywhere.",
+     .examples = {{"lkbench ddl --tables 1", "the statements for one table"},
+                  {"lkbench ddl -c job.toml >schema.sql", "those of a job, into a file"}}},
     {.name = "load",
      .bit = kLoadVerb,
      .help = "load the tables to the scale",
@@ -67,6 +77,21 @@ const std::vector<VerbInfo> kVerbs = {
      .help = "show what is loaded from where, and whether it connects",
      .examples = {{"lkbench check --target oracle://bench@//db2:1521/orclpdb --password prompt",
                    "whether an Oracle database answers"}}},
+    {.name = "completion",
+     .bit = kCompletionVerb,
+     .help = "print the completion script of a shell",
+     .arguments = "bash|zsh",
+     .fewest = 1,
+     .most = 1,
+     .examples = {{"source <(lkbench completion bash)", "completion in this bash"},
+                  {"lkbench completion zsh >~/.zfunc/_lkbench", "for zsh, where fpath has ~/.zfunc"}}},
+    {.name = "man",
+     .bit = kManVerb,
+     .help = "print a manual page",
+     .arguments = "lkbench|lkbench-job",
+     .fewest = 1,
+     .most = 1,
+     .examples = {{"lkbench man lkbench-job | man -l -", "all keys of a job file"}}},
     {.name = "help",
      .bit = kHelpVerb,
      .help = "show this help, or that of a verb",

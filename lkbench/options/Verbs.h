@@ -12,15 +12,13 @@ namespace lkbench {
 using Verbs = unsigned;
 
 inline constexpr Verbs kRunVerb = 1, kCreateVerb = 2, kLoadVerb = 4, kWorkloadVerb = 8, kRefreshVerb = 16,
-                       kDropVerb = 32, kListVerb = 64, kCheckVerb = 128, kHelpVerb = 256, kInitVerb = 512,
-                       kDdlVerb = 1024, kCompletionVerb = 2048, kManVerb = 4096;
+                       kDropVerb = 32, kListVerb = 64, kCheckVerb = 128, kHelpVerb = 256;
 inline constexpr Verbs kBuildVerbs = kRunVerb | kCreateVerb;
 inline constexpr Verbs kWorkVerbs = kRunVerb | kWorkloadVerb;
 inline constexpr Verbs kSchemaVerbs = kWorkVerbs | kCreateVerb | kLoadVerb | kRefreshVerb;
 inline constexpr Verbs kDatabaseVerbs = kSchemaVerbs | kDropVerb | kCheckVerb;
 inline constexpr Verbs kPluginVerbs = kDatabaseVerbs | kListVerb;
-// Those that read a job.
-inline constexpr Verbs kJobVerbs = kPluginVerbs | kDdlVerb;
+inline constexpr Verbs kAllVerbs = ~0u;
 
 struct Example {
   std::string command;

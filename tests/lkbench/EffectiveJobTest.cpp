@@ -7,6 +7,7 @@
 
 #include "lkbench/JobFile.h"
 #include "lkbench/JobKeys.h"
+#include "lkbench/options/PhaseKeys.h"
 
 namespace lkbench {
 namespace {
@@ -22,6 +23,7 @@ Job Read(const std::string& text, const std::string& path = "job.toml") {
 
 Job WithoutOrigins(Job job) {
   job.origins.clear();
+  job.phases.clear();  // written complete: they are compared as what they mean
   return job;
 }
 
@@ -49,6 +51,17 @@ rows_per_commit = 100
 mix = { insert = 1, delete = 2 }
 schema_seed = 9
 run_seed = 11
+count = 5000
+warm_up = "30s"
+ramp = 5
+think = "10ms:50ms"
+rate = 0.5
+arrival = "poisson"
+commit_every = 20
+phase = [{ name = "base" }, { name = "burst", users = 64, duration = "1m" }]
+on_disconnect = "stop"
+reconnect_pause = "200ms"
+reconnect_limit = "2s"
 log_level = "debug"
 json = "/tmp/a.json"
 plugin = "/lib/p.so"
@@ -61,6 +74,7 @@ TEST(EffectiveJob, EveryKeyReadsBackAsItWas) {
   for (const JobKey& key : JobKeys())
     EXPECT_NE(key.type.toml(job), key.type.toml(Job())) << key.name << " is missing in this test's job";
   EXPECT_TRUE(WrittenAndRead(job) == WithoutOrigins(job)) << EffectiveJobText(job);
+  EXPECT_EQ(PhasesOf(Read(EffectiveJobText(job))), PhasesOf(job));
 }
 
 TEST(EffectiveJob, DefaultsReadBackAsTheyWere) {
