@@ -12,7 +12,7 @@ from server import PASSWORD
 
 LINK = 4  # seconds, --link-timeout of the target
 END = LINK + 8  # seconds from the cut to lkbench's end: the time itself, a question's period, reporting, a busy machine
-SCALE, BATCH = 30, 500
+SCALE, BATCH = 200, 500  # a load of several seconds
 
 
 def _world(arena):

@@ -10,7 +10,7 @@ from processes import eventually, expect, signal_if_running
 
 END = 15  # seconds within which lkbench must have noticed
 BATCH = 500
-SCALE = 30
+SCALE = 200  # a load of several seconds
 
 
 def during_load(arena):
