@@ -9,7 +9,7 @@ run:
 	scripts/install-packages
 	$(configure)
 	cmake --build --preset $(PRESET) --target lkbench
-	build/$(PRESET)/bin/lkbench run --target local:build/rundb
+	build/$(PRESET)/bin/lkbench run --target local:build/rundb --results build/results/$$(date -u +%Y-%m-%dT%H-%M-%SZ)
 test:
 	scripts/install-packages test
 	$(configure)

@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <optional>
 
@@ -14,12 +13,13 @@
 #include "lkbench/Failure.h"
 #include "lkbench/HostSetUp.h"
 #include "lkbench/Inspect.h"
-#include "lkbench/JsonReport.h"
 #include "lkbench/Layers.h"
 #include "lkbench/Report.h"
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextVerbs.h"
+#include "lkbench/results/ResultVerbs.h"
+#include "lkbench/results/RunResults.h"
 #include "localdb/LocalServer.h"
 
 namespace lkbench {
@@ -86,6 +86,8 @@ void PrintSummary(Bench& bench) {
   if (bench.load || bench.workload) console.Result("durability: " + DurabilityText(bench.server));
   const std::string problems = ProblemTable(bench.log.Lines());
   if (!problems.empty()) console.Result(problems);
+  if (bench.workload && !bench.job.limits.empty())
+    console.Result("\n" + LimitText(Judge(bench.job.limits, bench.workload->measured)));
 }
 
 using VerbFunction = void (*)(Bench&);
@@ -99,14 +101,11 @@ VerbFunction FunctionOf(const std::string& verb) {
 
 // Asks the server for its settings; those of a private server are compared with what the job says.
 void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
+  bench.server_version = OneLine(bench.Admin().Driver().GetServerVersion().ToChar());
   bench.server = ReadServerSettings(kind, bench.Admin());
   if (!database.IsShared() || !bench.server) return;
   const std::string note = SharedServerNote(bench.job, *bench.server, database.Connect().shown);
   if (!note.empty()) bench.console.Problem(note);
-}
-
-bool IsClean(const RunRecord& record) {
-  return record.measured.total.failures == 0 && record.lost_users == 0 && record.given_up_users == 0;
 }
 
 // The end of a process with calls that never came back: their threads hold sessions and more, so nothing is
@@ -122,36 +121,33 @@ int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Databa
   try {
     LearnSettings(bench, kind, database);
     FunctionOf(verb)(bench);
-    if (bench.workload && !IsClean(*bench.workload)) code = kRanWithFailures;
+    if (bench.workload) code = WorkloadCode(*bench.workload, bench.job.limits);
   } catch (const Failure& failure) {
     code = failure.Code();
+    bench.failure = failure.what();
     bench.console.Problem(failure.what());
   }
   if (bench.cancel.Signal() != 0) code = bench.cancel.Signal() == SIGINT ? kInterrupted : kTerminated;
   return code;
 }
 
-// A file that cannot be written is known before the work, not after it.
-void RequireWritable(const std::string& file) {
-  if (!file.empty() && !std::ofstream(file, std::ios::app))
-    throw UsageError("json: " + file + " cannot be written");
-}
-
-int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, ErrorLog& log) {
+int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& log) {
+  const std::string& verb = invocation.verb;
+  const Job& job = invocation.job;
   CheckJob(job, FindVerb(verb)->bit);
-  RequireWritable(job.json);
   const Target target = ParseTarget(job.target, TargetPlace(job));
   RequireLocalTarget(job, target);
   const Layers layers(target.kind, {job.oci, job.plugin});
   const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
   LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
+  RunResults results(invocation, console);
   const Database database(target, job);
   std::signal(SIGPIPE, SIG_IGN);  // a reader of our output that ends first does not end the run
   CancelSwitch cancel;
   CallBreaker breaker;
   UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
   const SignalWatch signals(cancel, breaker, console);
-  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}};
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}};
   if (verb == "check") {
     LearnSettings(bench, target.kind, database);
     console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
@@ -164,7 +160,9 @@ int RunDatabaseVerb(const std::string& verb, const Job& job, Console& console, E
     if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
       console.Problem(reason);
     PrintSummary(bench);
-    if (!job.json.empty()) WriteJson(job.json, JsonText(bench, verb, database.Connect().shown, code));
+    RunFacts facts = FactsOf(bench, layers, target, database.Connect().shown);
+    facts.exit_code = code;
+    results.Write(std::move(facts));
   } catch (const Failure& failure) {
     if (!is_stuck) throw;
     console.Problem(failure.what());
@@ -180,7 +178,7 @@ int RunInvocation(Invocation& invocation, Console& console, ErrorLog& log) {
     console.Result(DdlScript(CreationStatements(invocation.job, console, log)));
     return kDone;
   }
-  if (invocation.verb != "list") return RunDatabaseVerb(invocation.verb, invocation.job, console, log);
+  if (invocation.verb != "list") return RunDatabaseVerb(invocation, console, log);
   const Layers layers(TargetKind::kMariaDb, {invocation.job.oci, invocation.job.plugin});
   console.Result(ListText(*layers.NewBenchmark()));
   return kDone;
@@ -192,12 +190,14 @@ int RunApp(int argc, const char* const* argv) {
   Console console;
   try {
     Invocation invocation = ReadCommandLine(argc, argv);
+    invocation.words.assign(argv, argv + argc);
     if (!invocation.answer.empty()) {
       console.Result(invocation.answer.substr(0, invocation.answer.find_last_not_of('\n') + 1));
       return kDone;
     }
     if (RunTextVerb(invocation, console)) return kDone;
     console.SetLevel(invocation.job.log_level);
+    if (RunResultVerb(invocation, console)) return kDone;
     ErrorLog log(console);
     const HostSetUp host(console, log);
     return RunInvocation(invocation, console, log);

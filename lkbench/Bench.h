@@ -35,6 +35,8 @@ struct Bench {
   std::optional<LoadResult> load;
   std::optional<RunRecord> workload;
   std::optional<ServerSettings> server;  // missing: not asked yet, or the target does not tell
+  std::string server_version;            // empty until the verb has connected
+  std::string failure;                   // the line of what ended the verb early
 
   VirtualUser& Admin() { return users.First(); }
   bool IsSet(const char* key) const { return job.origins.contains(key); }

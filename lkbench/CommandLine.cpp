@@ -109,7 +109,7 @@ void ReadSettings(Invocation& invocation, const VerbInfo& verb, const Settings& 
   const auto set_job = [&](const auto& key, const JobValue& value) { SetJobKey(invocation.job, key, value); };
   settings.FromEnvironment(InvocationFlags(), set_own);
   settings.FromFlags(InvocationFlags(), set_own);
-  if ((verb.bit & kJobVerbs) == 0) return;  // has no job
+  if ((verb.bit & (kJobVerbs | kCompareVerb)) == 0) return;  // uses no key of a job
   if (!invocation.config.empty()) ReadJobFile(invocation.job, invocation.config);
   settings.FromEnvironment(JobKeys(), set_job);
   settings.FromFlags(JobKeys(), set_job);

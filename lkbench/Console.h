@@ -3,6 +3,7 @@
 // only. Any thread may write.
 #pragma once
 
+#include <iosfwd>
 #include <mutex>
 #include <string>
 
@@ -12,6 +13,9 @@ namespace lkbench {
 
 class Console {
  public:
+  // Lines are also written to `log`, with the time of day (UTC) before them. Null: no longer. `log` outlives
+  // it.
+  void CopyTo(std::ostream* log);
   void SetLevel(LogLevel level) { m_level = level; }  // before threads start
   LogLevel Level() const { return m_level; }
 
@@ -20,7 +24,10 @@ class Console {
   void Problem(const std::string& line);   // standard error, with the program's name before it
 
  private:
+  void Copy(const std::string& text);
+
   std::mutex m_mutex;
+  std::ostream* m_log = nullptr;
   LogLevel m_level = LogLevel::kInfo;
 };
 

@@ -12,6 +12,7 @@ enum ExitCode {
   kDone = 0,
   kUsage = 1,  // a wrong flag, job key or value; the schema does not fit what was asked for
   kRanWithFailures = 2,
+  kLimitFailed = 3,    // the job limits something that was measured, and it did not keep to it
   kCannotPrepare = 5,  // no library, no connection, or a set-up step failed
   kInternal = 70,
   kInterrupted = 130,  // SIGINT

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "lkbench/options/Verbs.h"
+#include "lkbench/results/Limits.h"
 #include "lkbench/workload/Phase.h"
 #include "lkbench/workload/Reconnection.h"
 #include "localdb/Settings.h"
@@ -61,9 +62,11 @@ struct Job : Phase {
   std::chrono::nanoseconds reconnect_pause = Reconnection().first;
   std::chrono::nanoseconds reconnect_limit = Reconnection().longest;
   LogLevel log_level = LogLevel::kInfo;
-  std::string json;    // file for the results; empty: none
-  std::string plugin;  // file; empty: the one beside lkbench
-  std::string oci;     // file; empty: the one that the target names
+  std::vector<Limit> limits;
+  std::string results;  // folder for the results; empty: a new one in lkbench-results
+  std::string json;     // file for the results, too; empty: none
+  std::string plugin;   // file; empty: the one beside lkbench
+  std::string oci;      // file; empty: the one that the target names
 
   std::map<std::string, std::string> origins;  // key -> where it was set, for messages
 

@@ -6,6 +6,7 @@
 #include "lkbench/options/JobReaders.h"
 #include "lkbench/options/PhaseKeys.h"
 #include "lkbench/options/TextVerbs.h"
+#include "lkbench/results/LimitKey.h"
 
 namespace lkbench {
 namespace {
@@ -86,8 +87,12 @@ const std::vector<JobKey> kKeys = {
      WholeNumber(&Job::run_seed, 0), "drawn anew for every run"},
     {"log_level", "LEVEL", "what is printed beside results: warning, info, debug", kOutput, kJobVerbs,
      OneOf(&Job::log_level, {"warning", "info", "debug"})},
-    {"json", "FILE", "write the results as JSON", kOutput, kDatabaseVerbs & ~kCheckVerb,
-     FileName(&Job::json)},
+    {"limits", "LIMIT", "what the workload has to keep to, as insert.p99<20ms; exit code 3 when it does not",
+     kWorkload, kWorkVerbs, LimitTable(), "none"},
+    {"results", "DIR", "folder for the results, new or empty", kOutput, kWorkVerbs, FileName(&Job::results),
+     "lkbench-results/TIME-VERB"},
+    {"json", "FILE", "write the results as JSON to this file, too", kOutput,
+     (kDatabaseVerbs & ~kCheckVerb) | kCompareVerb, FileName(&Job::json)},
     {"plugin", "FILE", "the benchmark plug-in", kLibraries, kJobVerbs, FileName(&Job::plugin),
      "libCREP_ORA8.so beside lkbench"},
     {"oci", "FILE", "the OCI library", kLibraries, kPluginVerbs, FileName(&Job::oci),

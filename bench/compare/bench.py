@@ -14,6 +14,7 @@ class Bench:
     def __init__(self, binaries, work, rounds=None):
         self._binaries = pathlib.Path(binaries)
         self.work = pathlib.Path(work).resolve()
+        self.work.mkdir(parents=True, exist_ok=True)
         self._rounds = rounds
 
     def rounds(self, default):

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """lkbench as a contestant. It joins the server that a comparison has started in its folder."""
 import json
+import tempfile
 
 import programs
 import runner
@@ -19,7 +20,8 @@ class Lkbench:
         return programs.text_of(["lkbench", verb, *self._flags, *flags])
 
     def whole_command(self, verb, *flags):
-        return [self._program, verb, *self._always, *flags]
+        places = ["--results", tempfile.mkdtemp(dir=self._report.parent)] if verb in ("run", "workload") else []
+        return [self._program, verb, *self._always, *flags, *places]
 
     def do(self, verb, *flags):
         return programs.run(self.whole_command(verb, *flags))

@@ -40,7 +40,7 @@ class Workload:
     def lkbench(self, users, mix, unit):
         """`unit` is transaction or statement."""
         report, run = self._lkbench.report("workload", *self._flags(users, mix))
-        done = report["workload"]
+        done = report["workload"]["measured"]
         units = sum(xact["executions"] * (STATEMENTS[_kind_of(xact)] if unit == "statement" else 1)
                     for xact in done["transactions"])
         return runner.Measurement(units, done["elapsed_ns"] / 1e9, run.cpu_seconds)

@@ -26,6 +26,7 @@ const std::vector<Key<Invocation>>& Flags() {
        FileName(&Invocation::output),
        {},
        'o'},
+      {"html", "FILE", "write the comparison as a page", kOutput, kCompareVerb, FileName(&Invocation::html)},
       {"debug", "", "as --log-level debug", kOutput, kJobVerbs, Switch(&Invocation::debug)},
   };
   return flags;

@@ -23,6 +23,8 @@ struct Invocation {
   bool debug = false;
   std::string output = "job.toml";  // the file that init writes
   int job_template = 0;             // index into TemplateNames
+  std::string html;                 // file for the page of a comparison; empty: none
+  std::vector<std::string> words;   // the command line as it was given
 };
 
 std::span<const Key<Invocation>> InvocationFlags();

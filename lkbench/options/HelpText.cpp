@@ -55,6 +55,7 @@ std::string FlagRows(Verbs bit) {
 const std::vector<ExitStatus> kStatuses = {{kDone, "done"},
                                            {kUsage, "usage or job"},
                                            {kRanWithFailures, "ran with failures"},
+                                           {kLimitFailed, "a limit failed"},
                                            {kCannotPrepare, "cannot connect or prepare"},
                                            {kInternal, "internal error"},
                                            {kInterrupted, "interrupted by Ctrl-C"},

@@ -39,7 +39,7 @@ class Ended:
 
     def row_count(self, transaction):
         """Rows of the executions that the report counts as successful."""
-        found = [each for each in self.report["workload"]["transactions"] if each["name"].startswith(transaction)]
+        found = [each for each in self.report["workload"]["measured"]["transactions"] if each["name"].startswith(transaction)]
         return found[0]["rows"] if found else 0
 
 
@@ -95,6 +95,8 @@ class Lkbench:
         words = [verb, "--target", self.target, *self._password, *(str(flag) for flag in flags)]
         if verb != "check":
             words += ["--json", str(folder / "report.json")]
+        if verb in ("run", "workload"):
+            words += ["--results", str(folder / "results")]
         with open(folder / "out", "wb") as out, open(folder / "err", "wb") as err:
             process = subprocess.Popen(
                 [*self._prefix, self._binary, *words], stdin=subprocess.DEVNULL, stdout=out, stderr=err,

@@ -51,6 +51,8 @@ rows_per_commit = 100
 mix = { insert = 1, delete = 2 }
 schema_seed = 9
 run_seed = 11
+limits = { "insert.p99" = "<20ms", errors = "<1%" }
+results = "/tmp/a"
 count = 5000
 warm_up = "30s"
 ramp = 5
@@ -96,11 +98,11 @@ TEST(EffectiveJob, LeavesOutWhatIsUnset) {
 
 TEST(EffectiveJob, HoldsNoFileThatDependsOnTheFolder) {
   const std::string here = std::filesystem::current_path();
-  const std::string text =
-      EffectiveJobText(Read("target = \"local:db\"\npassword = \"file:pw\"\njson = \"a.json\"\nplugin = "
-                            "\"p.so\"\noci = \"./o.so\""));
-  for (const char* line : {"target = \"local:%/db\"", "password = \"file:%/pw\"", "json = \"%/a.json\"",
-                           "plugin = \"%/p.so\"", "oci = \"%/o.so\""}) {
+  const std::string text = EffectiveJobText(
+      Read("target = \"local:db\"\npassword = \"file:pw\"\nresults = \"r\"\njson = \"a.json\"\nplugin = "
+           "\"p.so\"\noci = \"./o.so\""));
+  for (const char* line : {"target = \"local:%/db\"", "password = \"file:%/pw\"", "results = \"%/r\"",
+                           "json = \"%/a.json\"", "plugin = \"%/p.so\"", "oci = \"%/o.so\""}) {
     std::string wanted = line;
     wanted.replace(wanted.find('%'), 1, here);
     EXPECT_THAT(text, HasSubstr('\n' + wanted + "  # "));

@@ -79,9 +79,11 @@ distribution = "poisson"
 use_backup = true
 rows_per_commit = 100
 mix = { insert = 1, delete = 2 }
+limits = { "insert.p99" = "<20ms", errors = "<1%" }
 schema_seed = 9
 run_seed = 11
 log_level = "debug"
+results = "a"
 json = "a.json"
 plugin = "p.so"
 oci = "o.so"
@@ -113,6 +115,11 @@ oci = "o.so"
   EXPECT_EQ(job.schema_seed, 9u);
   EXPECT_EQ(job.run_seed, 11u);
   EXPECT_EQ(job.log_level, LogLevel::kDebug);
+  ASSERT_EQ(job.limits.size(), 2u);
+  EXPECT_EQ(job.limits[0].name, "errors");
+  EXPECT_EQ(job.limits[1].name, "insert.p99");
+  EXPECT_EQ(job.limits[1].bound, 20e6);
+  EXPECT_EQ(job.results, "a");
   EXPECT_EQ(job.json, "a.json");
   EXPECT_EQ(job.plugin, "p.so");
   EXPECT_EQ(job.oci, "o.so");

@@ -18,6 +18,8 @@ class RunTest : public testing::Test {
   std::vector<std::string> Arguments(const std::vector<std::string>& arguments) const {
     std::vector<std::string> all = arguments;
     all.insert(all.end(), {"--target", "local:" + (m_folder.Path() / "db").string()});
+    if (all.front() == "run" || all.front() == "workload")
+      all.insert(all.end(), {"--results", m_folder.Path() / ("results" + std::to_string(++m_runs))});
     return all;
   }
   Outcome Run(const std::vector<std::string>& arguments) const { return RunProgram(Arguments(arguments)); }
@@ -56,6 +58,7 @@ class RunTest : public testing::Test {
   }
 
   test_support::TemporaryFolder m_folder;
+  mutable int m_runs = 0;
   localdb::LocalServer m_server;
   SqlClient m_sql;
 };

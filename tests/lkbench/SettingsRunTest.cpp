@@ -19,8 +19,8 @@ class SettingsRun : public testing::Test {
  protected:
   std::filesystem::path Db() const { return m_folder.Path() / "db"; }
   Outcome Run(std::vector<std::string> arguments, const std::string& target) const {
-    arguments.insert(arguments.end(),
-                     {"--target", target, "--json", Results(), "--tables", "1", "--duration", "100ms"});
+    arguments.insert(arguments.end(), {"--target", target, "--json", Results(), "--results",
+                                       m_folder.Path() / "results", "--tables", "1", "--duration", "100ms"});
     return RunProgram(arguments);
   }
   std::string Local() const { return "local:" + Db().string(); }
@@ -29,7 +29,7 @@ class SettingsRun : public testing::Test {
   }
   nlohmann::json Server() const {
     std::ifstream stream(Results());
-    return nlohmann::json::parse(stream)["server"];
+    return nlohmann::json::parse(stream)["environment"]["server"]["settings"];
   }
   std::string Results() const { return m_folder.Path() / "results.json"; }
 
@@ -57,7 +57,7 @@ TEST_F(SettingsRun, AServerInUseThatLacksWhatTheJobSetsIsNotMeasured) {
   EXPECT_THAT(outcome.err, StartsWith("lkbench: the server of local:" + Db().string() +
                                       " is in use already, with durability durable where the job sets "
                                       "durability relaxed: "));
-  EXPECT_EQ(outcome.out, "");
+  EXPECT_THAT(outcome.out, StartsWith("results  "));
 }
 
 TEST_F(SettingsRun, AServerInUseWithUnusualSettingsIsToldAndReported) {

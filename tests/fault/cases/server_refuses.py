@@ -52,7 +52,7 @@ def privileges_revoked(arena):
         for number in range(1, TABLES + 1):
             session.rows(f"REVOKE INSERT, UPDATE, DELETE ON lkbench.LK_REP_TABLE{number} FROM {ACCOUNT}@'%'")
         ended = running.wait(20).require(FAILURES).lines(2, "ORA-01031")
-        failures = ended.report["workload"]["total"]["failures"]
+        failures = ended.report["workload"]["measured"]["total"]["failures"]
         expect(failures > 0, "no failure was counted")
         bench.run("load", "--scale", 2).require(CANNOT).lines(2, "ORA-01031", "load: ")
         session.rows(f"GRANT ALL ON lkbench.* TO {ACCOUNT}@'%'")
@@ -69,7 +69,7 @@ def table_dropped(arena):
     with server.session() as session:
         session.rows("DROP TABLE LK_REP_TABLE3")
         ended = running.wait(20).require(FAILURES).lines(4, "ORA-00942")
-        failures = ended.report["workload"]["total"]["failures"]
+        failures = ended.report["workload"]["measured"]["total"]["failures"]
         for verb in ("load", "refresh", "workload"):
             bench.run(verb).require(1).lines(1, "LK_REP_TABLE3 is missing", "run `lkbench drop`")
         bench.do("drop")

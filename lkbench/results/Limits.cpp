@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/results/Limits.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "lkbench/Failure.h"
+#include "lkbench/Text.h"
+#include "lkbench/TextTable.h"
+#include "lkbench/results/RecordJson.h"
+
+namespace lkbench {
+namespace {
+
+const std::vector<std::string> kSubjects = {"total", "insert", "update", "delete"};
+const std::vector<std::string> kMeasures = {"p50", "p90",  "p95",        "p99",   "p99.9",
+                                            "max", "mean", "throughput", "errors"};
+
+[[noreturn]] void Refuse(const std::string& place, const std::string& text) {
+  throw UsageError((place.empty() ? "" : place + ": ") + text);
+}
+
+bool IsKnown(const std::vector<std::string>& names, const std::string& name) {
+  return std::ranges::find(names, name) != names.end();
+}
+
+// "insert.p99.9" -> insert and p99.9; "errors" -> total and errors
+void SplitName(Limit& limit, const std::string& place) {
+  const size_t point = limit.name.find('.');
+  const bool has_subject = point != std::string::npos && !IsKnown(kMeasures, limit.name);
+  limit.of = has_subject ? limit.name.substr(0, point) : "total";
+  limit.what = has_subject ? limit.name.substr(point + 1) : limit.name;
+  if (!IsKnown(kSubjects, limit.of))
+    Refuse(place, "limit \"" + Excerpt(limit.name) + "\": it is for one of " + Join(kSubjects, ", ") +
+                      DidYouMean(limit.of, kSubjects));
+  if (!IsKnown(kMeasures, limit.what))
+    Refuse(place, "limit \"" + Excerpt(limit.name) + "\": what is limited is one of " +
+                      Join(kMeasures, ", ") + DidYouMean(limit.what, kMeasures));
+}
+
+void ReadTime(Limit& limit, const std::string& text, const std::string& place) {
+  std::chrono::nanoseconds time{};
+  if (!ParseDuration(text, time) || text.find_first_not_of("0123456789.") == std::string::npos)
+    Refuse(place, "limit " + limit.name + " cannot be \"" + Excerpt(limit.asked) +
+                      "\": a time with its unit is needed, as <20ms");
+  limit.unit = LimitUnit::kNanoseconds;
+  limit.bound = static_cast<double>(time.count());
+}
+
+void ReadNumber(Limit& limit, std::string text, const std::string& place) {
+  const bool is_share = text.ends_with('%');
+  if (is_share) text.pop_back();
+  const bool takes_share = limit.what == "errors";
+  if (!ParseReal(text, limit.bound) || limit.bound < 0 || (is_share && !takes_share))
+    Refuse(place, "limit " + limit.name + " cannot be \"" + Excerpt(limit.asked) + "\": " +
+                      (takes_share ? "a share or a number is needed, as <0.1% or <1"
+                                   : "a number per second is needed, as >500"));
+  limit.unit = is_share ? LimitUnit::kRatio : takes_share ? LimitUnit::kCount : LimitUnit::kPerSecond;
+  if (is_share) limit.bound /= 100;
+}
+
+const XactTotals* Subject(const Part& part, const std::string& of) {
+  if (of == "total") return &part.total;
+  const auto found = std::ranges::find_if(part.xacts, [&](const XactTotals& totals) {
+    return Upper(totals.name.substr(0, totals.name.find(' '))) == Upper(of);
+  });
+  return found == part.xacts.end() ? nullptr : &*found;
+}
+
+std::optional<double> Time(const HistogramData& times, const std::string& what) {
+  if (times.Count() == 0) return {};
+  if (what == "mean") return static_cast<double>(times.Mean());
+  if (what == "max") return static_cast<double>(times.Max());
+  double percent = 0;
+  ParseReal(std::string_view(what).substr(1), percent);
+  return static_cast<double>(times.Percentile(percent));
+}
+
+std::optional<double> Measure(const Limit& limit, const Part& part) {
+  const XactTotals* totals = Subject(part, limit.of);
+  if (totals == nullptr || totals->executions == 0) return {};
+  switch (limit.unit) {
+    case LimitUnit::kNanoseconds:
+      return Time(totals->response, limit.what);
+    case LimitUnit::kPerSecond:
+      return PerSecond(totals->executions - totals->failures, part.elapsed);
+    case LimitUnit::kRatio:
+      return static_cast<double>(totals->failures) / static_cast<double>(totals->executions);
+    case LimitUnit::kCount:
+      return static_cast<double>(totals->failures);
+  }
+  return {};
+}
+
+std::string ValueText(const LimitResult& result) {
+  if (!result.value) return "nothing measured";
+  switch (result.unit) {
+    case LimitUnit::kNanoseconds:
+      return Milliseconds(static_cast<std::uint64_t>(*result.value)) + " ms";
+    case LimitUnit::kPerSecond:
+      return Fixed(*result.value, 1) + " /s";
+    case LimitUnit::kRatio:
+      return Fixed(*result.value * 100, 3) + " %";
+    case LimitUnit::kCount:
+      return Grouped(static_cast<std::uint64_t>(*result.value));
+  }
+  return {};
+}
+
+bool Holds(const Limit& limit, double value) {
+  if (value == limit.bound) return limit.or_equal;
+  return limit.below ? value < limit.bound : value > limit.bound;
+}
+
+}  // namespace
+
+const char* NameOf(LimitUnit unit) {
+  static constexpr std::array kNames = {"ns", "ratio", "per_s", "count"};
+  return kNames.at(static_cast<size_t>(unit));
+}
+
+Limit ParseLimit(const std::string& name, const std::string& asked, const std::string& place) {
+  Limit limit;
+  limit.name = name;
+  limit.asked = asked;
+  SplitName(limit, place);
+  std::string text = asked;
+  std::erase(text, ' ');
+  if (!text.starts_with('<') && !text.starts_with('>'))
+    Refuse(place, "limit " + name + " cannot be \"" + Excerpt(asked) + "\": it begins with <, <=, > or >=");
+  limit.below = text.front() == '<';
+  limit.or_equal = text.size() > 1 && text[1] == '=';
+  text.erase(0, limit.or_equal ? 2 : 1);
+  if (limit.what == "throughput" || limit.what == "errors")
+    ReadNumber(limit, text, place);
+  else
+    ReadTime(limit, text, place);
+  return limit;
+}
+
+std::string LimitText(const std::vector<LimitResult>& results) {
+  std::vector<TextRow> rows = {{"limit", "asked for", "measured", ""}};
+  for (const LimitResult& result : results)
+    rows.push_back({result.name, result.asked, ValueText(result), result.passed ? "pass" : "FAIL"});
+  return Aligned(rows);
+}
+
+int WorkloadCode(const RunRecord& record, const std::vector<Limit>& limits) {
+  const auto results = Judge(limits, record.measured);
+  if (!std::ranges::all_of(results, &LimitResult::passed)) return kLimitFailed;
+  const bool failures_are_limited = std::ranges::any_of(limits, [](const Limit& limit) {
+    return limit.of == "total" && limit.what == "errors" && limit.below;
+  });
+  const bool has_failures = record.measured.total.failures > 0 && !failures_are_limited;
+  return has_failures || record.lost_users > 0 || record.given_up_users > 0 ? kRanWithFailures : kDone;
+}
+
+std::vector<LimitResult> Judge(const std::vector<Limit>& limits, const Part& measured) {
+  std::vector<LimitResult> results;
+  for (const Limit& limit : limits) {
+    const std::optional<double> value = Measure(limit, measured);
+    results.push_back({limit.name, limit.asked, value, limit.unit, value && Holds(limit, *value)});
+  }
+  return results;
+}
+
+}  // namespace lkbench

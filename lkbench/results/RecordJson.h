@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+// A RunRecord as the `workload` of run.json. docs/run.schema.json is the contract. Pure functions.
+#pragma once
+
+#include "lkbench/results/Json.h"
+#include "lkbench/workload/RunRecord.h"
+
+namespace lkbench {
+
+Json TimesJson(const HistogramData& times);  // with the buckets that hold something
+Json HistogramRuleJson();                    // how buckets are numbered
+Json WorkloadJson(const RunRecord& record);
+
+// 0 without a time.
+double PerSecond(std::uint64_t count, std::uint64_t nanoseconds);
+
+}  // namespace lkbench

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "lkbench/results/RunResults.h"
+
+#include "lkbench/options/EffectiveJob.h"
+#include "lkbench/options/Verbs.h"
+#include "lkbench/results/Page.h"
+#include "lkbench/results/SeriesCsv.h"
+
+namespace lkbench {
+namespace {
+
+constexpr const char* kLog = "log.txt";
+constexpr const char* kJob = "effective.toml";
+
+bool LeavesFolder(const Invocation& invocation) { return (FindVerb(invocation.verb)->bit & kWorkVerbs) != 0; }
+
+// The job of this run for another one, which has results of its own.
+std::string JobText(Job job) {
+  job.results.clear();
+  job.json.clear();
+  return EffectiveJobText(job);
+}
+
+// The same command without the file that holds these results.
+std::vector<std::string> WithoutJson(const std::vector<std::string>& command) {
+  std::vector<std::string> words;
+  for (auto word = command.begin(); word != command.end(); ++word) {
+    if (*word == "--json")
+      word += word + 1 == command.end() ? 0 : 1;
+    else if (!word->starts_with("--json="))
+      words.push_back(*word);
+  }
+  return words;
+}
+
+// A file that cannot be written is known before the work, not after it.
+void RequireWritable(const std::string& file) {
+  if (!file.empty() && !std::ofstream(file, std::ios::app))
+    throw UsageError("json: " + file + " cannot be written");
+}
+
+}  // namespace
+
+RunResults::RunResults(const Invocation& invocation, Console& console)
+    : m_invocation(invocation), m_console(console) {
+  RequireWritable(invocation.job.json);
+  if (!LeavesFolder(invocation)) return;
+  m_folder.emplace(invocation.job.results, invocation.verb, m_started);
+  m_folder->Write(kJob, JobText(invocation.job));
+  m_log.open(m_folder->Path() / kLog, std::ios::app);
+  m_console.CopyTo(&m_log);
+}
+
+RunResults::~RunResults() {
+  m_console.CopyTo(nullptr);
+  if (!m_folder || m_written) return;
+  std::error_code ignored;
+  m_log.close();
+  for (const char* file : {kLog, kJob}) std::filesystem::remove(m_folder->Path() / file, ignored);
+  std::filesystem::remove(m_folder->Path(), ignored);
+  std::filesystem::remove(m_folder->Path().parent_path(), ignored);  // only when it is empty
+}
+
+std::vector<std::string> RunResults::Repeating() const {
+  const std::vector<std::string>& words = m_invocation.words;
+  if (!m_folder) return WithoutJson(words);
+  return {words.front(), m_invocation.verb, "-c",
+          std::filesystem::absolute(m_folder->Path() / kJob).lexically_normal().string()};
+}
+
+void RunResults::Write(RunFacts facts) {
+  facts.verb = m_invocation.verb;
+  facts.command = m_invocation.words;
+  facts.started = m_started;
+  facts.elapsed = static_cast<std::uint64_t>((std::chrono::steady_clock::now() - m_begin).count());
+  facts.repeat = Repeating();
+  const std::string json = RunFileText(facts);
+  if (!m_invocation.job.json.empty()) WriteWhole(m_invocation.job.json, json);
+  if (!m_folder || facts.exit_code == kUsage) return;
+  m_written = true;
+  m_folder->Write("run.json", json);
+  if (facts.workload != nullptr) m_folder->Write("series.csv", SeriesCsv(*facts.workload));
+  m_folder->Write("report.html", RunPage(json));
+  m_console.Result("results  " + m_folder->Path().string());
+}
+
+}  // namespace lkbench
