@@ -65,6 +65,15 @@ TEST_F(BindMemory, IsGivenBackOnceWhenTheSecondInitializeIsRefusedItsArrays) {
   EXPECT_EQ(bind.m_pIndicator, nullptr);
 }
 
+TEST_F(BindMemory, OfATextGeneratorIsGivenBackWhenItIsAllocatedAnew) {
+  ExpectNothingKept([] {
+    CStrGenerator generator(400);
+    EXPECT_EQ(generator.AllocStr(), 1);
+    generator.m_nMaxLength = 0;
+    EXPECT_EQ(generator.AllocStr(), 0);
+  });
+}
+
 TEST_F(BindMemory, OfColumnsIsGivenBackWithTheirArray) {
   ExpectNothingKept([] {
     CColumns columns;

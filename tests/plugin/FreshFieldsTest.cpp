@@ -22,6 +22,8 @@ namespace {
 static_assert(!std::is_copy_constructible_v<CBind<double, SQLT_FLT>>);
 static_assert(!std::is_copy_assignable_v<CBind<double, SQLT_FLT>>);
 static_assert(!std::is_copy_constructible_v<CStrBind<char>>);
+static_assert(!std::is_copy_constructible_v<CColumns>);
+static_assert(!std::is_copy_constructible_v<CDateGenerator>);
 
 TEST(FreshFields, OfTheCreatesAndDropsCountNothing) {
   const CXact_Create_RepTables tables;

@@ -62,14 +62,17 @@ TEST_P(BoundsOfNumbers, OneUniformDrawBetweenThem) {
 
 INSTANTIATE_TEST_SUITE_P(
     Number, BoundsOfNumbers,
-    testing::Values(RealBounds{"P10S2", 10, 2, 0.0, 99999999.0}, RealBounds{"P5S5", 5, 5, 0.0, 0.099999},
-                    RealBounds{"P20S0", 20, 0, 0.0, 2147483647.0}, RealBounds{"P3S5", 3, 5, 0.0, 999 / 1e6},
-                    RealBounds{"P16S0", 16, 0, 0.0, 2147483647.0},
-                    RealBounds{"P15S0", 15, 0, 0.0, 999999999999999.0}, RealBounds{"P1S0", 1, 0, 0.0, 9.0},
-                    RealBounds{"P5SMinus2", 5, -2, 0.0, 999999.0},
-                    RealBounds{"P10S10", 10, 10, 0.0, (1e10 - 1) / 1e11},
-                    RealBounds{"P12S11", 12, 11, 0.0, 9.0}, RealBounds{"P0SMinus1", 0, -1, 0.0, 2147483647.0},
-                    RealBounds{"Real", 63, 129, 1.0, 9999.99}, RealBounds{"Float", 126, 129, 1.0, 999999.99}),
+    testing::Values(
+        RealBounds{"P10S2", 10, 2, 0.0, 99999999.0}, RealBounds{"P5S5", 5, 5, 0.0, 0.099999},
+        RealBounds{"P20S0", 20, 0, 0.0, 2147483647.0}, RealBounds{"P3S5", 3, 5, 0.0, 999 / 1e6},
+        RealBounds{"P16S0", 16, 0, 0.0, 2147483647.0}, RealBounds{"P15S0", 15, 0, 0.0, 999999999999999.0},
+        RealBounds{"P1S0", 1, 0, 0.0, 9.0}, RealBounds{"P7S0", 7, 0, 0.0, 9999999.0},
+        RealBounds{"P9S0", 9, 0, 0.0, 999999999.0}, RealBounds{"P12S0", 12, 0, 0.0, 999999999999.0},
+        RealBounds{"P13S0", 13, 0, 0.0, 9999999999999.0}, RealBounds{"P14S0", 14, 0, 0.0, 99999999999999.0},
+        RealBounds{"PMinus2SMinus2", -2, -2, (1e-2 - 1) / 1e-1, 0.0},
+        RealBounds{"P5SMinus2", 5, -2, 0.0, 999999.0}, RealBounds{"P10S10", 10, 10, 0.0, (1e10 - 1) / 1e11},
+        RealBounds{"P12S11", 12, 11, 0.0, 9.0}, RealBounds{"P0SMinus1", 0, -1, 0.0, 2147483647.0},
+        RealBounds{"Real", 63, 129, 1.0, 9999.99}, RealBounds{"Float", 126, 129, 1.0, 999999.99}),
     [](const auto& number) { return std::string(number.param.szName); });
 
 TEST_F(NumberGenerator, AnUnconstrainedNumberIsAnIntegerFromOneToTheLargestInt) {
