@@ -66,7 +66,8 @@ INSTANTIATE_TEST_SUITE_P(
         RealBounds{"P10S2", 10, 2, 0.0, 99999999.0}, RealBounds{"P5S5", 5, 5, 0.0, 0.099999},
         RealBounds{"P20S0", 20, 0, 0.0, 2147483647.0}, RealBounds{"P3S5", 3, 5, 0.0, 999 / 1e6},
         RealBounds{"P16S0", 16, 0, 0.0, 2147483647.0}, RealBounds{"P15S0", 15, 0, 0.0, 999999999999999.0},
-        RealBounds{"P1S0", 1, 0, 0.0, 9.0}, RealBounds{"P7S0", 7, 0, 0.0, 9999999.0},
+        RealBounds{"P1S0", 1, 0, 0.0, 9.0}, RealBounds{"P2S0", 2, 0, 0.0, 99.0},
+        RealBounds{"P4S0", 4, 0, 0.0, 9999.0}, RealBounds{"P7S0", 7, 0, 0.0, 9999999.0},
         RealBounds{"P9S0", 9, 0, 0.0, 999999999.0}, RealBounds{"P12S0", 12, 0, 0.0, 999999999999.0},
         RealBounds{"P13S0", 13, 0, 0.0, 9999999999999.0}, RealBounds{"P14S0", 14, 0, 0.0, 99999999999999.0},
         RealBounds{"PMinus2SMinus2", -2, -2, (1e-2 - 1) / 1e-1, 0.0},
@@ -74,6 +75,12 @@ INSTANTIATE_TEST_SUITE_P(
         RealBounds{"P12S11", 12, 11, 0.0, 9.0}, RealBounds{"P0SMinus1", 0, -1, 0.0, 2147483647.0},
         RealBounds{"Real", 63, 129, 1.0, 9999.99}, RealBounds{"Float", 126, 129, 1.0, 999999.99}),
     [](const auto& number) { return std::string(number.param.szName); });
+
+TEST_F(NumberGenerator, ANumberOfNoDigitsIsZero) {
+  CNumberGenerator generator(0, 0);
+  Attach(generator, false);
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(Number(generator), 0.0);
+}
 
 TEST_F(NumberGenerator, AnUnconstrainedNumberIsAnIntegerFromOneToTheLargestInt) {
   CNumberGenerator generator(0, 129);
