@@ -48,7 +48,8 @@ void RequireLimits(const Job& job) {
   Require(job.rows_per_commit >= 1 && job.rows_per_commit <= 1000, "a commit has rows");
   Require(job.mix.insert + job.mix.update + job.mix.remove > 0, "a mix has a transaction");
   Require(!job.column_types.empty(), "tables have columns");
-  for (const std::string* text : {&job.target, &job.password, &job.json, &job.plugin, &job.oci})
+  for (const Limit& limit : job.limits) Require(limit.bound >= 0, "a limit is a bound that can be kept to");
+  for (const std::string* text : {&job.target, &job.password, &job.results, &job.json, &job.plugin, &job.oci})
     Require(std::ranges::none_of(*text, IsControl), "what names something holds no control characters");
 }
 
