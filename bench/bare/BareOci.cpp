@@ -41,8 +41,9 @@ struct Handles {
   }
 };
 
-Handles Connect(const std::string& socket, std::string user, const std::string& schema) {
+Handles Connect(const std::string& socket, const std::string& user, const std::string& schema) {
   Handles own;
+  std::string name = user;  // an attribute is handed over by a pointer that is not const
   OCIEnvNlsCreate(&own.env, OCI_THREADED, nullptr, nullptr, nullptr, nullptr, 0, nullptr, 873, 873);
   own.Alloc(&own.error, OCI_HTYPE_ERROR);
   own.Alloc(&own.server, OCI_HTYPE_SERVER);
@@ -52,7 +53,7 @@ Handles Connect(const std::string& socket, std::string user, const std::string& 
   own.Check(
       OCIServerAttach(own.server, own.error, Text(target), static_cast<sb4>(target.size()), OCI_DEFAULT));
   own.Check(OCIAttrSet(own.service, OCI_HTYPE_SVCCTX, own.server, 0, OCI_ATTR_SERVER, own.error));
-  own.Check(OCIAttrSet(own.session, OCI_HTYPE_SESSION, user.data(), static_cast<ub4>(user.size()),
+  own.Check(OCIAttrSet(own.session, OCI_HTYPE_SESSION, name.data(), static_cast<ub4>(name.size()),
                        OCI_ATTR_USERNAME, own.error));
   own.Check(OCISessionBegin(own.service, own.error, own.session, OCI_CRED_RDBMS, OCI_DEFAULT));
   own.Check(OCIAttrSet(own.service, OCI_HTYPE_SVCCTX, own.session, 0, OCI_ATTR_SESSION, own.error));

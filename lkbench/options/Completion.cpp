@@ -59,7 +59,7 @@ std::string BashVerbCase(const VerbInfo& verb) {
          " ;;\n";
 }
 
-// Text within single quotes of a zsh specification: colons and brackets are its own.
+// Text for the arguments of _arguments, within single quotes: colons and brackets are its own.
 std::string ZshText(const std::string& text) {
   std::string quoted;
   for (const char c : text) {
