@@ -13,7 +13,7 @@ from server import Joined
 from wire import SqlError
 
 MOMENTS = 20
-LOADED, SCALE = 3, 6  # before the workload and the refresh; what a load goes for
+LOADED, SCALE = 3, 30  # before the workload and the refresh; what a load goes for
 END = 30
 
 
@@ -42,7 +42,7 @@ def _flags(work, moment):
 
 def _longest(work):
     """Seconds that the work takes about: moments are spread over them."""
-    return {"load": 0.9, "workload": 1.2, "refresh": 0.8}[work]
+    return {"load": 0.9, "workload": 1.2, "refresh": 0.5}[work]
 
 
 def _on_a_server(arena, work):
