@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Benchmarks/CREP_ORA8/Bind.h"
+#include "Benchmarks/CREP_ORA8/TableLoader.h"
 #include "ConnectedDriver.h"
 #include "DescribedTable.h"
 
@@ -78,6 +79,17 @@ TEST_F(BindMemory, OfColumnsIsGivenBackWithTheirArray) {
   ExpectNothingKept([] {
     CColumns columns;
     for (int i = 1; i <= 5; ++i) columns.m_ColArray.Add(new CColumn(nullptr, nullptr, i));
+  });
+}
+
+TEST_F(BindMemory, IsGivenBackWithTheLoaderThatMadeTheBinds) {
+  CColumns columns;
+  columns.m_ColArray.Add(new CColumn(ColumnOf(IdColumn())));
+  columns.m_ColArray.Add(new CColumn(ColumnOf(TextColumn("T", 40))));
+  columns.m_nColumns = 2;
+  ExpectNothingKept([&] {
+    CTableLoader loader(&m_driver, L"T");
+    EXPECT_EQ(loader.Initialize(&columns, 500), 1);
   });
 }
 

@@ -24,6 +24,8 @@ static_assert(!std::is_copy_assignable_v<CBind<double, SQLT_FLT>>);
 static_assert(!std::is_copy_constructible_v<CStrBind<char>>);
 static_assert(!std::is_copy_constructible_v<CColumns>);
 static_assert(!std::is_copy_constructible_v<CDateGenerator>);
+static_assert(!std::is_copy_constructible_v<CRepTable>);
+static_assert(!std::is_copy_constructible_v<CTableLoader>);
 
 TEST(FreshFields, OfTheCreatesAndDropsCountNothing) {
   const CXact_Create_RepTables tables;

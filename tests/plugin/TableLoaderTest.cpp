@@ -90,6 +90,16 @@ TEST_F(TableLoader, InitializeGivesEveryColumnABindInColumnOrder) {
   EXPECT_EQ(loader.GetBindArray()[1]->GetColumn(), table.GetColumns().GetAt(1));
 }
 
+TEST_F(TableLoader, InitializeBeginsAtTheFirstRowOfTheArrays) {
+  DescribeTable("T", {IdColumn()});
+  CRepTable table(&m_driver, L"T");
+  ASSERT_EQ(table.Initialize(), 1);
+  CTableLoader loader(&m_driver, L"T");
+  loader.m_nRowIndex = 7;
+  EXPECT_EQ(loader.Initialize(&table.GetColumns(), 10), 1);
+  EXPECT_EQ(loader.m_nRowIndex, 0);
+}
+
 TEST_F(TableLoader, IsSeededByTheNextRandomNumberAfterTheClocksSecond) {
   const time_t nBefore = time(nullptr);
   CTableLoader loader(&m_driver, L"T");

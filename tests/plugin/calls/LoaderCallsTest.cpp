@@ -133,6 +133,16 @@ TEST_F(LoaderCalls, OfOtherRowsThanAreFilledAreNone) {
   EXPECT_EQ(m_pLoader->m_nNumberOfRows, 2);
 }
 
+TEST_F(LoaderCalls, OfMoreRowsThanTheArraysHoldAreNoneThoughAllWereFilled) {
+  Fill(4);
+  EXPECT_THAT(SendRows(4), ElementsAre(Assert("nRows >= 1 && nRows <= m_nRowsPerCommit"), "returned 0"));
+}
+
+TEST_F(LoaderCalls, OfNoRowsAreNoneThoughNoneWereFilled) {
+  Fill(0);
+  EXPECT_THAT(SendRows(0), ElementsAre(Assert("nRows >= 1 && nRows <= m_nRowsPerCommit"), "returned 0"));
+}
+
 TEST_F(LoaderCalls, WithoutAnInsertAreReportedTwice) {
   m_pLoader->MakeRecord(1);
   EXPECT_THAT(SendRows(1), ElementsAre(Assert("m_pInsertStmt != __null"),
