@@ -14,7 +14,7 @@ _TABLES = [f"LK_REP_TABLE{number}" for number in range(1, 5)]
 
 def run(bench):
     with bench.server("--local-infile=ON") as server:
-        lkbench = Lkbench(bench, server, "--scale", _SCALE)
+        lkbench = Lkbench(bench, server, create=["--scale", _SCALE], load=["--scale", _SCALE])
         lkbench.create_anew()
         bare.keep_all_digits(server, _TABLES)
         lkbench.load("--users", "1")

@@ -22,8 +22,9 @@ class Ours:
     def __init__(self, bench, server):
         self._server = server
         types = [word for column in _COLUMNS for word in ("--column-types", column)]
-        self._lkbench = Lkbench(bench, server, "--tables", _TABLES, "--scale", _ROWS // 1000, "--rows-per-commit", 1000)
-        drawn = Lkbench(bench, server, "--tables", _DRAWN, "--min-columns", 3, "--max-columns", 3, *types)
+        scale = ["--scale", _ROWS // 1000]
+        self._lkbench = Lkbench(bench, server, "--tables", _TABLES, create=scale, load=[*scale, "--rows-per-commit", 1000])
+        drawn = Lkbench(bench, server, "--tables", _DRAWN, create=["--min-columns", 3, "--max-columns", 3, *types])
         drawn.do("create")
         server.sql(f"CREATE TABLE {_PROTOTYPE} LIKE {self._shaped()}")
         drawn.do("drop")
