@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
 #include <optional>
 
 #include "core/LKConfig.h"
@@ -77,17 +76,17 @@ void PrintSummary(Bench& bench) {
   Console& console = bench.console;
   if (bench.workload) {
     console.Result("");
-    console.Result(WorkloadTable(*bench.workload));
-    console.Result("elapsed " + Fixed(static_cast<double>(bench.workload->measured.elapsed) / 1e9, 2) +
-                   " s, " + Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
-                   Plural(bench.workload->measured.total.failures, "failure"));
-    for (const std::string& doubt : Doubts(*bench.workload)) console.Result("note: " + doubt);
+    console.Result(WorkloadTable(*bench.workload, console.Columns()));
+    console.Statement("elapsed " + Fixed(static_cast<double>(bench.workload->measured.elapsed) / 1e9, 2) +
+                      " s, " + Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
+                      Plural(bench.workload->measured.total.failures, "failure"));
+    for (const std::string& doubt : Doubts(*bench.workload)) console.Statement("note: " + doubt);
   }
-  if (bench.load || bench.workload) console.Result("durability: " + DurabilityText(bench.server));
+  if (bench.load || bench.workload) console.Statement("durability: " + DurabilityText(bench.server));
   const std::string problems = ProblemTable(bench.log.Lines());
-  if (!problems.empty()) console.Result(problems);
+  if (!problems.empty()) console.Statement(problems);
   if (bench.workload && !bench.job.limits.empty())
-    console.Result("\n" + LimitText(Judge(bench.job.limits, bench.workload->measured)));
+    console.Result("\n" + LimitText(Judge(bench.job.limits, bench.workload->measured)), "FAIL");
 }
 
 using VerbFunction = void (*)(Bench&);
@@ -110,10 +109,7 @@ void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
 
 // The end of a process with calls that never came back: their threads hold sessions and more, so nothing is
 // taken down under them. A private server is stopped by its keeper.
-[[noreturn]] void LeaveAtOnce(int code) {
-  std::cout.flush();
-  std::_Exit(code);
-}
+[[noreturn]] void LeaveAtOnce(int code) { std::_Exit(code); }
 
 // Runs the verb; what it throws becomes its one line and the exit code.
 int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Database& database) {

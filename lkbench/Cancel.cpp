@@ -90,7 +90,10 @@ void SignalWatch::Watch() {
       continue;
     }
     const int signal = ReadSignal(m_signals);
-    if (m_cancel.Signal() != 0) _exit(signal == SIGINT ? kInterrupted : kTerminated);
+    if (m_cancel.Signal() != 0) {
+      m_console.EraseStatusAtOnce();
+      _exit(signal == SIGINT ? kInterrupted : kTerminated);
+    }
     m_console.Problem("stopping; once more to quit at once");
     m_cancel.SetBySignal(signal);
     wait = kGraceMilliseconds;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One line a second while tables are loaded, read from the row counters that the users' transactions raise.
+// How far a load is, told once a second and read from the row counters that the users' transactions raise.
 #pragma once
 
 #include <chrono>
@@ -9,6 +9,7 @@
 #include "lkbench/Bench.h"
 #include "lkbench/Console.h"
 #include "lkbench/LoadPlan.h"
+#include "lkbench/display/ProgressText.h"
 
 namespace lkbench {
 
@@ -19,7 +20,10 @@ class LoadProgress {
   void Tick();
 
  private:
+  LoadState Now() const;
+
   Console& m_console;
+  const StatusScope m_scope{m_console};
   std::vector<const CXact*> m_copies;
   std::uint64_t m_rows;
   std::chrono::steady_clock::time_point m_begin;

@@ -4,52 +4,54 @@
 #include <algorithm>
 
 #include "lkbench/Text.h"
+#include "lkbench/TextTable.h"
+#include "lkbench/display/ProgressText.h"
 
 namespace lkbench {
 namespace {
 
-std::string Padded(const std::string& text, size_t width) {
-  return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
-}
+constexpr size_t kTimesColumns = 5;
 
-std::string Rate(std::uint64_t count, std::uint64_t nanoseconds) {
-  const double seconds = static_cast<double>(nanoseconds) / 1e9;
-  return Fixed(seconds > 0 ? static_cast<double>(count) / seconds : 0, 1);
-}
-
-using Row = std::vector<std::string>;
-
-// The first column is left-aligned, the others right-aligned.
-std::string Aligned(const std::vector<Row>& rows) {
-  std::vector<size_t> widths(rows.front().size());
-  for (const Row& row : rows)
-    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
-  std::string text;
-  for (const Row& row : rows) {
-    text += text.empty() ? "" : "\n";
-    text += row.front() + std::string(widths[0] - row.front().size(), ' ');
-    for (size_t i = 1; i < row.size(); ++i) text += "  " + Padded(row[i], widths[i]);
-  }
-  return text;
-}
-
-void AppendTimes(Row& row, const HistogramData& times) {
+void AppendTimes(TextRow& row, const HistogramData& times) {
   row.push_back(Milliseconds(times.Mean()));
   for (const double percent : {50.0, 95.0, 99.0}) row.push_back(Milliseconds(times.Percentile(percent)));
   row.push_back(Milliseconds(times.Max()));
 }
 
-Row CountsRow(const XactTotals& totals, std::uint64_t elapsed) {
-  Row row = {totals.name, Grouped(totals.executions), Grouped(totals.failures), Grouped(totals.rows),
-             Rate(totals.executions, elapsed)};
+TextRow CountsRow(const XactTotals& totals, std::uint64_t elapsed) {
+  TextRow row = {totals.name, Grouped(totals.executions), Grouped(totals.failures), Grouped(totals.rows),
+                 PerSecondText(totals.executions, elapsed)};
   AppendTimes(row, totals.response);
   return row;
 }
 
-Row DatabaseRow(const XactTotals& totals) {
-  Row row = {"  database part", "", "", "", ""};
+TextRow DatabaseRow(const XactTotals& totals) {
+  TextRow row = {"  database part", "", "", "", ""};
   AppendTimes(row, totals.database);
   return row;
+}
+
+std::vector<TextRow> WorkloadRows(const Part& result) {
+  std::vector<TextRow> rows = {{"transaction (times in ms)", "executions", "failures", "rows", "per s",
+                                "mean", "p50", "p95", "p99", "max"}};
+  for (const XactTotals& totals : result.xacts) {
+    rows.push_back(CountsRow(totals, result.elapsed));
+    rows.push_back(DatabaseRow(totals));
+  }
+  rows.push_back(CountsRow(result.total, result.elapsed));
+  rows.push_back(DatabaseRow(result.total));
+  return rows;
+}
+
+// The counts, and the times below them, for a window in which the two do not fit side by side.
+std::string InTwo(std::vector<TextRow> rows) {
+  std::vector<TextRow> counts;
+  for (const TextRow& row : rows)
+    if (!row[1].empty()) counts.emplace_back(row.begin(), row.end() - kTimesColumns);
+  counts.front().front() = "transaction";
+  for (TextRow& row : rows) row.erase(row.begin() + 1, row.end() - kTimesColumns);
+  rows.front().front() = "times in ms";
+  return Aligned(counts) + "\n\n" + Aligned(rows);
 }
 
 bool IsOptimised() {
@@ -62,30 +64,10 @@ bool IsOptimised() {
 
 }  // namespace
 
-std::string IntervalLine(const Progress& progress) {
-  const Interval& interval = progress.interval;
-  const TimesDigest& times = interval.total.response;
-  std::string line = Padded(Fixed(static_cast<double>(interval.end) / 1e9, 0), 4) + " s  " +
-                     Padded(Rate(interval.total.executions, interval.end - interval.begin), 8) +
-                     " tx/s  failures " + Grouped(interval.total.failures) + "  p50 " +
-                     Milliseconds(times.p50) + "  p95 " + Milliseconds(times.p95) + "  p99 " +
-                     Milliseconds(times.p99) + " ms";
-  if (progress.phase.settings.rate > 0) line += "  backlog " + Grouped(interval.backlog);
-  if (progress.phases > 1) line += "  " + progress.phase.settings.name;
-  return interval.warm_up ? line + "  warm-up, not counted" : line;
-}
-
-std::string WorkloadTable(const RunRecord& record) {
-  const Part& result = record.measured;
-  std::vector<Row> rows = {{"transaction (times in ms)", "executions", "failures", "rows", "per s", "mean",
-                            "p50", "p95", "p99", "max"}};
-  for (const XactTotals& totals : result.xacts) {
-    rows.push_back(CountsRow(totals, result.elapsed));
-    rows.push_back(DatabaseRow(totals));
-  }
-  rows.push_back(CountsRow(result.total, result.elapsed));
-  rows.push_back(DatabaseRow(result.total));
-  return Aligned(rows);
+std::string WorkloadTable(const RunRecord& record, size_t columns) {
+  const std::vector<TextRow> rows = WorkloadRows(record.measured);
+  std::string table = Aligned(rows);
+  return table.find('\n') <= columns ? table : InTwo(rows);
 }
 
 std::string ProblemTable(const std::vector<ProblemLine>& problems) {

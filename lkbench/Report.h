@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a person reads of a workload: a line a second and the table at the end. Pure text, so it can be
-// tested.
+// What a person reads of a workload at its end. Pure text, so it can be tested.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "lkbench/ErrorLog.h"
-#include "lkbench/workload/Progress.h"
+#include "lkbench/workload/RunRecord.h"
 
 namespace lkbench {
 
-std::string IntervalLine(const Progress& progress);
-std::string WorkloadTable(const RunRecord& record);
+// For a window of so many columns: where it is too narrow for the table, there are two.
+std::string WorkloadTable(const RunRecord& record, size_t columns = std::string::npos);
 // The problems that came more than once, with their number; empty when there are none.
 std::string ProblemTable(const std::vector<ProblemLine>& problems);
 // Why the figures may not be representative.

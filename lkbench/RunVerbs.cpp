@@ -4,8 +4,8 @@
 #include "lkbench/Bench.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
-#include "lkbench/Report.h"
 #include "lkbench/Text.h"
+#include "lkbench/display/IntervalLine.h"
 #include "lkbench/options/PhaseKeys.h"
 #include "lkbench/workload/TableWatch.h"
 #include "lkbench/workload/Workload.h"
@@ -102,6 +102,12 @@ double WorkloadScale(Bench& bench, const Schema& schema) {
   return wanted;
 }
 
+void Show(Console& console, const Progress& progress) {
+  console.Progress(IntervalLine(progress),
+                   [&](std::size_t columns) { return IntervalLine(progress, columns); });
+  console.Status(WorkloadStatus(progress));
+}
+
 }  // namespace
 
 void RunWorkload(Bench& bench) {
@@ -115,8 +121,10 @@ void RunWorkload(Bench& bench) {
                          Plural(static_cast<std::uint64_t>(bench.job.tables), "table") + ", scale " +
                          Short(scale) + ", run seed " + std::to_string(*bench.job.run_seed));
   auto run = std::make_unique<WorkloadRun>(bench, std::move(users), phases);
-  bench.workload =
-      run->workload.Run([&](const Progress& progress) { bench.console.Progress(IntervalLine(progress)); });
+  {
+    const StatusScope scope(bench.console);
+    bench.workload = run->workload.Run([&](const Progress& progress) { Show(bench.console, progress); });
+  }
   if (bench.workload->given_up_users > 0) (void)run.release();  // their threads use it as long as they live
 }
 

@@ -54,6 +54,7 @@ void IntervalCutter::CutPart(Part now, Part& before, const Interval& like, bool 
   }
   interval.total = IntervalOf(total);
   intervals.push_back(std::move(interval));
+  now.elapsed = before.elapsed + (always ? like.end - like.begin : 0);
   before = std::move(now);
 }
 

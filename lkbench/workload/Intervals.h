@@ -14,6 +14,8 @@ class IntervalCutter {
   // part, or of the warm-up, or both where both have grown.
   void Cut(const PhaseStats& stats, const Interval& like, bool in_warm_up, std::vector<Interval>& intervals);
   void BeginPhase();  // its numbers start at 0
+  // The phase so far, without its tables.
+  const Part& SoFar(bool of_warm_up) const { return of_warm_up ? m_warm_up : m_measured; }
 
  private:
   void CutPart(Part now, Part& before, const Interval& like, bool always, std::vector<Interval>& intervals);

@@ -12,6 +12,7 @@ namespace lkbench {
 struct Progress {
   const Interval& interval;  // that has just ended
   const PhaseRecord& phase;  // its settings and begin are known
+  const Part& part;          // of the phase so far, warm-up or measured as the interval; without tables
   std::size_t phases = 1;    // of the run
   std::uint64_t ends = 0;    // offset at which the phase ends at the latest; 0: only its count ends it
 };

@@ -135,7 +135,8 @@ void Workload::Cut(RunningPhase& phase, TimePoint now, const Tick& tick) {
   const TimePoint end = phase.run.Deadline();
   const std::uint64_t ends = end == PhaseRun::kNever ? 0 : m_context.notes.Offset(end);
   for (size_t i = before; i < m_record.intervals.size(); ++i)
-    tick({m_record.intervals[i], record, m_phases.size(), ends});
+    tick({m_record.intervals[i], record, m_cutter.SoFar(m_record.intervals[i].warm_up), m_phases.size(),
+          ends});
 }
 
 // The moment by which the users should have ended: the deadline, or when the run was cancelled.

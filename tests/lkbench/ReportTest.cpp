@@ -48,22 +48,14 @@ TEST(Report, TheTableHasCountsRatesAndTimesOfEachTransactionAndTheTotal) {
   EXPECT_THAT(table, HasSubstr("  database part                                               1.000"));
 }
 
-TEST(Report, AnIntervalLineTellsOfItsOwnInterval) {
-  Interval interval;
-  interval.begin = 1'000'000'000;
-  interval.end = 2'000'000'000;
-  interval.total.executions = 4;
-  interval.total.failures = 2;
-  interval.total.response.p50 = interval.total.response.p95 = interval.total.response.p99 = 4'000'000;
-  PhaseRecord phase;
-  EXPECT_EQ(IntervalLine({interval, phase}),
-            "   2 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
-  interval.backlog = 1200;
-  interval.warm_up = true;
-  phase.settings.rate = 10;
-  phase.settings.name = "base";
-  EXPECT_THAT(IntervalLine({interval, phase, 2}),
-              testing::EndsWith("4.000 ms  backlog 1,200  base  warm-up, not counted"));
+TEST(Report, WhereTheTableIsTooWideTheTimesStandBelowTheCounts) {
+  EXPECT_EQ(WorkloadTable(TwoTransactions(), 95), WorkloadTable(TwoTransactions()));
+  const std::string tables = WorkloadTable(TwoTransactions(), 94);
+  EXPECT_THAT(tables, HasSubstr("transaction  executions  failures  rows  per s\n"
+                                "Insert                2         1     1    1.0\n"));
+  EXPECT_THAT(tables, HasSubstr("\n\ntimes in ms       mean    p50    p95    p99    max\n"
+                                "Insert           4.000  4.000  4.000  4.000  4.000\n"
+                                "  database part  1.000  1.000  1.000  1.000  1.000\n"));
 }
 
 TEST(Report, OnlyProblemsThatCameAgainAreRepeatedAtTheEnd) {
