@@ -109,18 +109,18 @@ void Get(const ErrorHandle& error, ub4 attribute, const Target& to) {
 void GetAttribute(const void* token, ub4 type, ub4 attribute, const Target& to) {
   switch (type) {
     case OCI_HTYPE_STMT:
-      return Get(*Need<StatementHandle>(token), attribute, to);
+      return Get(Need<StatementHandle>(token), attribute, to);
     case OCI_DTYPE_PARAM:
     case OCI_HTYPE_DESCRIBE:  // some clients name a parameter so
-      return Get(*Need<ParameterHandle>(token), attribute, to);
+      return Get(Need<ParameterHandle>(token), attribute, to);
     case OCI_HTYPE_SERVER:
-      return Get(*Need<ServerHandle>(token), attribute, to);
+      return Get(Need<ServerHandle>(token), attribute, to);
     case OCI_HTYPE_SVCCTX:
-      return Get(*Need<ServiceHandle>(token), attribute, to);
+      return Get(Need<ServiceHandle>(token), attribute, to);
     case OCI_HTYPE_SESSION:
-      return Get(*Need<SessionHandle>(token), attribute, to);
+      return Get(Need<SessionHandle>(token), attribute, to);
     case OCI_HTYPE_ERROR:
-      return Get(*Need<ErrorHandle>(token), attribute, to);
+      return Get(Need<ErrorHandle>(token), attribute, to);
     default:
       throw InvalidHandle{};
   }
@@ -137,26 +137,33 @@ void Set(SessionHandle& session, ub4 attribute, const void* value, ub4 size) {
 }
 
 // Handles come as they are, not by address; null takes one away.
+template <class T>
+std::shared_ptr<T> Link(const void* token) {
+  auto linked = Share<T>(token);
+  if (token && !linked) throw InvalidHandle{};
+  return linked;
+}
+
 void Set(ServiceHandle& service, ub4 attribute, const void* value) {
   if (attribute == OCI_ATTR_SERVER)
-    service.SetServer(value ? Need<ServerHandle>(value) : nullptr);
+    service.SetServer(Link<ServerHandle>(value));
   else if (attribute == OCI_ATTR_SESSION)
-    service.SetSession(value ? Need<SessionHandle>(value) : nullptr);
+    service.SetSession(Link<SessionHandle>(value));
   else
     throw OraError(24315);
 }
 
 void NeedType(const void* token, ub4 type) {
-  const auto handle = FindHandle(token);
+  const Handle* handle = FindHandle(token);
   if (!handle || handle->Type() != type) throw InvalidHandle{};
 }
 
 void SetAttribute(const void* token, ub4 type, ub4 attribute, const void* value, ub4 size) {
   switch (type) {
     case OCI_HTYPE_SESSION:
-      return Set(*Need<SessionHandle>(token), attribute, value, size);
+      return Set(Need<SessionHandle>(token), attribute, value, size);
     case OCI_HTYPE_SVCCTX:
-      return Set(*Need<ServiceHandle>(token), attribute, value);
+      return Set(Need<ServiceHandle>(token), attribute, value);
     default:
       NeedType(token, type);
       throw OraError(24315);
@@ -166,14 +173,14 @@ void SetAttribute(const void* token, ub4 type, ub4 attribute, const void* value,
 void* ColumnParameter(const StatementHandle& statement, ub4 position) {
   if (!statement.description || position == 0 || position > statement.description->size())
     throw OraError(24334);
-  return Make<ParameterHandle>(statement.Token(), statement.description, position - 1)->Token();
+  return Make<ParameterHandle>(statement.Token(), statement.description, position - 1).Token();
 }
 
 // The failed row goes into the error handle that the caller brought, or into a new one.
 void* FailedRow(const ErrorHandle& error, const void* brought, ub4 position) {
   if (position >= error.rows.size()) throw OraError(24334);
-  auto row = Find<ErrorHandle>(brought);
-  if (!row) row = Make<ErrorHandle>(error.Token());
+  ErrorHandle* row = Find<ErrorHandle>(brought);
+  if (!row) row = &Make<ErrorHandle>(error.Token());
   row->Set(error.rows[position].error);
   row->row_offset = error.rows[position].row;
   return row->Token();
@@ -209,9 +216,9 @@ extern "C" sword OCIParamGet(const void* hndlp, ub4 htype, OCIError* errhp, void
   return Guarded(OCI_CALL(hndlp, htype, errhp, pos), errhp, [&](ErrorHandle&) -> sword {
     if (!parmdpp) throw OraError(24323);
     if (htype == OCI_HTYPE_STMT)
-      *parmdpp = ColumnParameter(*Need<StatementHandle>(hndlp), pos);
+      *parmdpp = ColumnParameter(Need<StatementHandle>(hndlp), pos);
     else if (htype == OCI_HTYPE_ERROR)
-      *parmdpp = FailedRow(*Need<ErrorHandle>(hndlp), *parmdpp, pos);
+      *parmdpp = FailedRow(Need<ErrorHandle>(hndlp), *parmdpp, pos);
     else
       throw InvalidHandle{};
     return OCI_SUCCESS;

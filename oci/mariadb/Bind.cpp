@@ -49,8 +49,7 @@ struct BindArguments {
 };
 
 // The handle that comes in is not looked at: a statement has one bind for each placeholder, made here.
-sword Bind(OCIBind** bindpp, StatementHandle& statement, const std::vector<std::size_t>& places,
-           const BindArguments& given) {
+sword Bind(OCIBind** bindpp, StatementHandle& statement, const Places& places, const BindArguments& given) {
   if (!bindpp) throw InvalidHandle{};
   if (given.mode != OCI_DEFAULT) throw OraError(24300);
   if (given.max_elements != 0) throw OraError(3115);  // arrays of stored blocks
@@ -69,8 +68,8 @@ extern "C" sword OCIBindByPos(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp,
   return Guarded(
       OCI_CALL(stmtp, errhp, position, valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode), errhp,
       [&](ErrorHandle&) -> sword {
-        const auto statement = Need<StatementHandle>(stmtp);
-        return Bind(bindpp, *statement, statement->PlacesAt(position),
+        auto& statement = Need<StatementHandle>(stmtp);
+        return Bind(bindpp, statement, statement.PlacesAt(position),
                     {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
       });
 }
@@ -81,11 +80,11 @@ extern "C" sword OCIBindByName(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp
   return Guarded(
       OCI_CALL(stmtp, errhp, placeh_len, valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode), errhp,
       [&](ErrorHandle&) -> sword {
-        const auto statement = Need<StatementHandle>(stmtp);
+        auto& statement = Need<StatementHandle>(stmtp);
         if (!placeholder || placeh_len < 0) throw OraError(1036);
         const std::string_view name(reinterpret_cast<const char*>(placeholder),
                                     static_cast<std::size_t>(placeh_len));
-        return Bind(bindpp, *statement, statement->PlacesNamed(name),
+        return Bind(bindpp, statement, statement.PlacesNamed(name),
                     {valuep, value_sz, dty, indp, alenp, rcodep, maxarr_len, mode});
       });
 }
@@ -93,7 +92,7 @@ extern "C" sword OCIBindByName(OCIStmt* stmtp, OCIBind** bindpp, OCIError* errhp
 extern "C" sword OCIBindArrayOfStruct(OCIBind* bindp, OCIError* errhp, ub4 pvskip, ub4 indskip, ub4 alskip,
                                       ub4 rcskip) {
   return Guarded(OCI_CALL(bindp, errhp, pvskip, indskip, alskip, rcskip), errhp, [&](ErrorHandle&) -> sword {
-    Need<BindHandle>(bindp)->SetSkips(pvskip, indskip, alskip, rcskip);
+    Need<BindHandle>(bindp).SetSkips(pvskip, indskip, alskip, rcskip);
     return OCI_SUCCESS;
   });
 }

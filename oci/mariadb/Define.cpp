@@ -36,15 +36,15 @@ extern "C" sword OCIDefineByPos(OCIStmt* stmtp, OCIDefine** defnpp, OCIError* er
                                 ub4 mode) {
   return Guarded(OCI_CALL(stmtp, errhp, position, valuep, value_sz, dty, indp, rlenp, rcodep, mode), errhp,
                  [&](ErrorHandle&) -> sword {
-                   const auto statement = Need<StatementHandle>(stmtp);
+                   auto& statement = Need<StatementHandle>(stmtp);
                    if (!defnpp) throw InvalidHandle{};
-                   statement->RequirePrepared();
+                   statement.RequirePrepared();
                    constexpr ub4 kMostColumns = 4096;
                    if (position == 0 || position > kMostColumns) throw OraError(1007);
                    if (mode != OCI_DEFAULT) throw OraError(24300);
                    const auto define = std::make_shared<DefineHandle>();
                    define->Set(valuep, value_sz, dty, indp, rlenp, rcodep);
-                   statement->SetDefine(position, define);
+                   statement.SetDefine(position, define);
                    *defnpp = static_cast<OCIDefine*>(define->Token());
                    return OCI_SUCCESS;
                  });

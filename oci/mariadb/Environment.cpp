@@ -14,7 +14,7 @@ sword CreateEnvironment(const trace::CallNote* call, OCIEnv** result) {
   return Contained(call, [&]() -> sword {
     if (!result) return OCI_INVALID_HANDLE;
     UseClientLibrary();
-    *result = static_cast<OCIEnv*>(Make<Environment>(nullptr)->Token());
+    *result = static_cast<OCIEnv*>(Make<Environment>(nullptr).Token());
     return OCI_SUCCESS;
   });
 }
@@ -57,15 +57,16 @@ extern "C" sword OCIEnvNlsCreate(OCIEnv** envhpp, ub4 mode, void*, void* (*)(voi
 
 extern "C" sword OCIHandleAlloc(const void* parenth, void** hndlpp, ub4 type, size_t, void**) {
   return Contained(OCI_CALL(parenth, type), [&]() -> sword {
-    const auto environment = Need<Environment>(parenth);
+    auto& environment = Need<Environment>(parenth);
     if (!hndlpp) return OCI_INVALID_HANDLE;
     auto handle = NewHandle(type);
     if (!handle) {
-      environment->SetLastError(OraError(24316));
+      environment.SetLastError(OraError(24316));
       return OCI_INVALID_HANDLE;
     }
-    *hndlpp = handle->Token();
+    const Handle& made = *handle;
     Register(std::move(handle), parenth);
+    *hndlpp = made.Token();
     return OCI_SUCCESS;
   });
 }

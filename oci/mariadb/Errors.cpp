@@ -50,8 +50,8 @@ extern "C" sword OCIErrorGet(void* hndlp, ub4 recordno, OraText*, sb4* errcodep,
                              ub4 type) {
   return Contained(OCI_CALL(hndlp, recordno, bufsiz, type), [&]() -> sword {
     if (type == OCI_HTYPE_ENV)
-      return Deliver(Need<Environment>(hndlp)->LastError(), recordno, errcodep, bufp, bufsiz);
+      return Deliver(Need<Environment>(hndlp).LastError(), recordno, errcodep, bufp, bufsiz);
     if (type != OCI_HTYPE_ERROR) return OCI_INVALID_HANDLE;
-    return Deliver(Need<ErrorHandle>(hndlp)->Record(), recordno, errcodep, bufp, bufsiz);
+    return Deliver(Need<ErrorHandle>(hndlp).Record(), recordno, errcodep, bufp, bufsiz);
   });
 }

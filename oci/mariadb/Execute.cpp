@@ -96,9 +96,9 @@ using namespace ocimaria;
 extern "C" sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* stmt, ub4 stmt_len,
                                 ub4 language, ub4 mode) {
   return Guarded(OCI_CALL(stmtp, errhp, stmt, stmt_len, language, mode), errhp, [&](ErrorHandle&) -> sword {
-    const auto statement = Need<StatementHandle>(stmtp);
+    auto& statement = Need<StatementHandle>(stmtp);
     if (!stmt || language == 0 || mode != OCI_DEFAULT) throw OraError(24323);
-    statement->Prepare({reinterpret_cast<const char*>(stmt), stmt_len});
+    statement.Prepare({reinterpret_cast<const char*>(stmt), stmt_len});
     return OCI_SUCCESS;
   });
 }
@@ -106,18 +106,18 @@ extern "C" sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* 
 extern "C" sword OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iters, ub4 rowoff,
                                 const OCISnapshot*, OCISnapshot*, ub4 mode) {
   return Guarded(OCI_CALL(svchp, stmtp, errhp, iters, rowoff, mode), errhp, [&](ErrorHandle& error) -> sword {
-    const auto service = Need<ServiceHandle>(svchp);
-    const auto statement = Need<StatementHandle>(stmtp);
-    statement->RequirePrepared();
+    auto& service = Need<ServiceHandle>(svchp);
+    auto& statement = Need<StatementHandle>(stmtp);
+    statement.RequirePrepared();
     if ((mode & ~kKnownModes) != 0) throw OraError(24300);
-    const auto connection = service->LiveConnection();
-    statement->UseConnection(connection);
+    const auto connection = service.LiveConnection();
+    statement.UseConnection(connection);
     CallScope scope(*connection);
     try {
-      return Execute(*statement, {rowoff, iters, mode}, error);
+      return Execute(statement, {rowoff, iters, mode}, error);
     } catch (const ServerFailure& failure) {
-      statement->parse_error_offset = ParseErrorOffset(statement->Text(), failure);
-      throw ToOraError(failure, statement->FailureContext());
+      statement.parse_error_offset = ParseErrorOffset(statement.Text(), failure);
+      throw ToOraError(failure, statement.FailureContext());
     }
   });
 }

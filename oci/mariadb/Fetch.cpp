@@ -101,15 +101,15 @@ using namespace ocimaria;
 // Forward only; 0 rows give the result up.
 extern "C" sword OCIStmtFetch2(OCIStmt* stmtp, OCIError* errhp, ub4 nrows, ub2 orientation, sb4, ub4) {
   return Guarded(OCI_CALL(stmtp, errhp, nrows, orientation), errhp, [&](ErrorHandle& error) -> sword {
-    const auto statement = Need<StatementHandle>(stmtp);
-    if (!statement->executed) throw OraError(24338);
+    auto& statement = Need<StatementHandle>(stmtp);
+    if (!statement.executed) throw OraError(24338);
     if (orientation != OCI_FETCH_NEXT && orientation != OCI_DEFAULT) throw OraError(24300);
-    if (!statement->rows) throw OraError(1002);
+    if (!statement.rows) throw OraError(1002);
     if (nrows == 0) {
-      statement->rows.reset();
+      statement.rows.reset();
       return OCI_SUCCESS;
     }
-    if (!HasDefine(*statement)) throw OraError(24374);
-    return FetchRows(*statement, nrows, error);
+    if (!HasDefine(statement)) throw OraError(24374);
+    return FetchRows(statement, nrows, error);
   });
 }

@@ -34,15 +34,15 @@ sword Contained(const trace::CallNote* call, Work&& work) noexcept {
 template <class Work>
 sword Guarded(const trace::CallNote* call, const void* errhp, Work&& work) noexcept {
   return Contained(call, [&]() -> sword {
-    const auto error = Need<ErrorHandle>(errhp);
-    error->Clear();
+    auto& error = Need<ErrorHandle>(errhp);
+    error.Clear();
     try {
-      return work(*error);
+      return work(error);
     } catch (const InvalidHandle&) {
       throw;
     } catch (...) {
       const OraError reported = CurrentException();
-      error->Report(reported);
+      error.Report(reported);
       return reported.Code() == 1403 ? OCI_NO_DATA : OCI_ERROR;
     }
   });

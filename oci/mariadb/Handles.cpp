@@ -2,104 +2,135 @@
 #include "oci/mariadb/Handles.h"
 
 #include <algorithm>
-#include <array>
-#include <atomic>
 #include <mutex>
-#include <shared_mutex>
-#include <unordered_map>
+#include <new>
 #include <utility>
 #include <vector>
 
 #include "oci/mariadb/TraceEvents.h"
 
 namespace ocimaria {
-namespace {
-
-// One handle in the register, linked with its parent's other children.
-struct Entry {
-  std::shared_ptr<Handle> handle;
-  Entry* parent = nullptr;
-  Entry* first_child = nullptr;
-  Entry* previous = nullptr;
-  Entry* next = nullptr;
-};
-
-void Link(Entry& entry, Entry& parent) {
-  entry.parent = &parent;
-  entry.next = std::exchange(parent.first_child, &entry);
-  if (entry.next) entry.next->previous = &entry;
-}
-
-void Unlink(Entry& entry) {
-  if (entry.next) entry.next->previous = entry.previous;
-  if (entry.previous)
-    entry.previous->next = entry.next;
-  else if (entry.parent)
-    entry.parent->first_child = entry.next;
-}
-
-}  // namespace
 
 class HandleRegister {
  public:
-  using Taken = std::vector<std::shared_ptr<Handle>>;
-
   void Enter(std::shared_ptr<Handle> handle, const void* parent);
-  bool TakeOut(const void* token, ub4 type, Taken& taken);
-  std::shared_ptr<Handle> Find(const void* token);
-  Taken All();
-
-  static bool Holds(const Handle& handle) { return handle.m_is_registered.load(std::memory_order_acquire); }
+  // The handle and all below it, those below before those above, linked by m_next; null: no such handle.
+  Handle* TakeOut(const void* token, ub4 type);
+  static void LetGo(Handle* taken);
+  std::shared_ptr<Handle> Share(const void* token);
+  std::vector<const Handle*> All();
+  std::uintptr_t Count() const { return m_count.load(std::memory_order_relaxed); }
 
  private:
-  void TakeOut(Entry& entry, Taken& taken);
+  HandleToken NewToken();
+  void TakeBack(Handle& handle);
+  void Collect(Handle& handle, Handle*& taken);
+  static void Link(Handle& handle, Handle& parent);
+  static void Unlink(Handle& handle);
+  static std::vector<const Handle*> FromAbove(const Handle* taken);
 
-  std::shared_mutex m_mutex;
-  std::unordered_map<const void*, Entry> m_entries;
+  std::mutex m_mutex;
+  std::atomic<std::uintptr_t> m_count{0};  // handles that there ever were; changed under the lock
+  std::size_t m_slots = 0;                 // in the table
+  std::vector<std::uint32_t> m_free;       // slots; has room for all that there are
 };
 
+void HandleRegister::Link(Handle& handle, Handle& parent) {
+  handle.m_parent = &parent;
+  handle.m_next = std::exchange(parent.m_first_child, &handle);
+  if (handle.m_next) handle.m_next->m_previous = &handle;
+}
+
+void HandleRegister::Unlink(Handle& handle) {
+  if (handle.m_next) handle.m_next->m_previous = handle.m_previous;
+  if (handle.m_previous)
+    handle.m_previous->m_next = handle.m_next;
+  else if (handle.m_parent)
+    handle.m_parent->m_first_child = handle.m_next;
+}
+
+HandleToken HandleRegister::NewToken() {
+  if (Count() == HandleToken::kMostHandles) throw std::bad_alloc();
+  if (m_free.empty()) {
+    if (m_slots == HandleToken::kSlots) throw std::bad_alloc();
+    m_free.reserve(m_slots + HandleTable::kBlockSlots);
+    the_handle_table.AddBlock(m_slots);
+    m_slots += HandleTable::kBlockSlots;
+    for (std::size_t i = 1; i <= HandleTable::kBlockSlots; ++i)
+      m_free.push_back(static_cast<std::uint32_t>(m_slots - i));
+  }
+  const HandleToken token(Count() + 1, m_free.back());
+  m_free.pop_back();
+  m_count.store(Count() + 1, std::memory_order_relaxed);
+  return token;
+}
+
 void HandleRegister::Enter(std::shared_ptr<Handle> handle, const void* parent) {
-  const void* token = handle->Token();
-  std::unique_lock lock(m_mutex);
-  const auto above = parent ? m_entries.find(parent) : m_entries.end();
-  if (parent && above == m_entries.end()) throw InvalidHandle{};
-  trace::HandleAllocated(*handle, parent ? above->second.handle.get() : nullptr);
-  Entry* const parent_entry = parent ? &above->second : nullptr;
-  Entry& entry = m_entries[token];
-  if (parent_entry) Link(entry, *parent_entry);
-  handle->m_is_registered.store(true, std::memory_order_release);
-  entry.handle = std::move(handle);
+  std::lock_guard lock(m_mutex);
+  Handle* const above = parent ? FindHandle(parent) : nullptr;
+  if (parent && !above) throw InvalidHandle{};
+  const HandleToken token = NewToken();
+  handle->m_token = reinterpret_cast<void*>(token.Value());
+  trace::HandleAllocated(*handle, above);
+  if (above) Link(*handle, *above);
+  the_handle_table.Set(token, handle.get());
+  Handle& kept = *handle;
+  kept.m_kept = std::move(handle);
 }
 
-// Handles below it come behind their parents.
-void HandleRegister::TakeOut(Entry& entry, Taken& taken) {
-  const void* token = entry.handle->Token();
-  entry.handle->m_is_registered.store(false, std::memory_order_release);
-  taken.push_back(std::move(entry.handle));
-  while (entry.first_child) TakeOut(*entry.first_child, taken);
-  Unlink(entry);
-  m_entries.erase(token);
+void HandleRegister::TakeBack(Handle& handle) {
+  const HandleToken token(handle.m_token);
+  the_handle_table.Set(token, nullptr);
+  m_free.push_back(static_cast<std::uint32_t>(token.Slot()));
 }
 
-bool HandleRegister::TakeOut(const void* token, ub4 type, Taken& taken) {
-  std::unique_lock lock(m_mutex);
-  const auto at = m_entries.find(token);
-  if (at == m_entries.end() || at->second.handle->Type() != type) return false;
-  TakeOut(at->second, taken);
-  trace::HandlesFreed(taken);
-  return true;
+void HandleRegister::Collect(Handle& handle, Handle*& taken) {
+  TakeBack(handle);
+  Handle* child = std::exchange(handle.m_first_child, nullptr);
+  handle.m_next = std::exchange(taken, &handle);
+  while (child) {
+    Handle& now = *child;
+    child = child->m_next;
+    Collect(now, taken);
+  }
 }
 
-std::shared_ptr<Handle> HandleRegister::Find(const void* token) {
-  std::shared_lock lock(m_mutex);
-  const auto at = m_entries.find(token);
-  return at == m_entries.end() ? nullptr : at->second.handle;
+std::vector<const Handle*> HandleRegister::FromAbove(const Handle* taken) {
+  std::vector<const Handle*> handles;
+  for (; taken; taken = taken->m_next) handles.push_back(taken);
+  std::ranges::reverse(handles);
+  return handles;
 }
 
-HandleRegister::Taken HandleRegister::All() {
-  std::shared_lock lock(m_mutex);
-  Taken all;
-  for (const auto& entry : m_entries) all.push_back(entry.second.handle);
+Handle* HandleRegister::TakeOut(const void* token, ub4 type) {
+  std::lock_guard lock(m_mutex);
+  Handle* const handle = FindHandle(token);
+  if (!handle || handle->Type() != type) return nullptr;
+  Unlink(*handle);
+  Handle* taken = nullptr;
+  Collect(*handle, taken);
+  if (trace::On(trace::kHandles)) trace::HandlesFreed(FromAbove(taken));
+  return taken;
+}
+
+void HandleRegister::LetGo(Handle* taken) {
+  while (taken) {
+    const auto last = std::move(taken->m_kept);
+    taken = taken->m_next;
+  }
+}
+
+std::shared_ptr<Handle> HandleRegister::Share(const void* token) {
+  std::lock_guard lock(m_mutex);
+  const Handle* const handle = FindHandle(token);
+  return handle ? handle->m_kept : nullptr;
+}
+
+std::vector<const Handle*> HandleRegister::All() {
+  std::lock_guard lock(m_mutex);
+  std::vector<const Handle*> all;
+  for (std::size_t slot = 0; slot < m_slots; ++slot)
+    if (const Handle* handle = the_handle_table.At(slot)) all.push_back(handle);
   return all;
 }
 
@@ -111,91 +142,33 @@ HandleRegister& TheRegister() {
   return instance;
 }
 
-// Steps of 16 from a value that no small number or offset comes near.
-constexpr std::uintptr_t kFirstToken = 0x0C1000000000, kTokenStep = 16;
-constinit std::atomic<std::uintptr_t> next_token{kFirstToken};
-
-void* NextToken() {
-  return reinterpret_cast<void*>(next_token.fetch_add(kTokenStep, std::memory_order_relaxed));
-}
-
 // Tells the trace, as the library goes, which handles nobody freed.
 struct AtEnd {
   ~AtEnd() {
     if (!trace::On(trace::kHandles)) return;
     auto left = TheRegister().All();
-    std::ranges::sort(left, {}, [](const auto& handle) { return handle->Token(); });
+    std::ranges::sort(left, {}, [](const Handle* handle) { return HandleNumber(handle->Token()); });
     trace::HandlesLeft(left);
   }
 } const at_end;
 
 }  // namespace
 
-namespace {
-
-// The handles that a thread has looked up last. Most calls name the same few again, and the register is one
-// for all threads. It keeps no handle alive and knows no handle longer than the register does.
-class Memo {
- public:
-  std::shared_ptr<Handle> Find(const void* token) {
-    Known& known = m_known[reinterpret_cast<std::uintptr_t>(token) / kTokenStep % m_known.size()];
-    if (known.token == token) {
-      auto handle = known.handle.lock();
-      if (handle && HandleRegister::Holds(*handle)) return handle;
-    }
-    auto handle = TheRegister().Find(token);
-    known = {token, handle};
-    return handle;
-  }
-
- private:
-  struct Known {
-    const void* token = nullptr;
-    std::weak_ptr<Handle> handle;
-  };
-  std::array<Known, 16> m_known;
-};
-
-// The memo of this thread; null before its first call, and when the thread is about to end.
-thread_local constinit Memo* memo = nullptr;
-
-struct MemoOwner {
-  MemoOwner() { memo = &own; }
-  ~MemoOwner() { memo = nullptr; }
-  MemoOwner(const MemoOwner&) = delete;
-  MemoOwner& operator=(const MemoOwner&) = delete;
-  Memo own;
-};
-
-// Makes the memo, once; afterwards there is none.
-[[gnu::noinline]] std::shared_ptr<Handle> FindWithoutMemo(const void* token) {
-  thread_local MemoOwner owner;
-  return TheRegister().Find(token);
-}
-
-}  // namespace
-
 std::uintptr_t HandleNumber(const void* token) {
-  const auto value = reinterpret_cast<std::uintptr_t>(token);
-  if (value < kFirstToken || value >= next_token.load(std::memory_order_relaxed)) return 0;
-  return (value - kFirstToken) / kTokenStep + 1;
+  const std::uintptr_t count = HandleToken(token).Count();
+  return count <= TheRegister().Count() ? count : 0;
 }
-
-Handle::Handle(ub4 type) : m_type(type), m_token(NextToken()) {}
 
 void Register(std::shared_ptr<Handle> handle, const void* parent) {
   TheRegister().Enter(std::move(handle), parent);
 }
 
 bool Unregister(const void* token, ub4 type) {
-  HandleRegister::Taken taken;
-  if (!TheRegister().TakeOut(token, type, taken)) return false;
-  while (!taken.empty()) taken.pop_back();  // children before their parents
-  return true;
+  Handle* const taken = TheRegister().TakeOut(token, type);
+  HandleRegister::LetGo(taken);
+  return taken != nullptr;
 }
 
-std::shared_ptr<Handle> FindHandle(const void* token) {
-  return memo ? memo->Find(token) : FindWithoutMemo(token);
-}
+std::shared_ptr<Handle> ShareHandle(const void* token) { return TheRegister().Share(token); }
 
 }  // namespace ocimaria

@@ -43,12 +43,14 @@ std::size_t ParameterBatch::AppendRow(ub4 element) {
 
 MYSQL_BIND* ParameterBatch::Array(ub4 row) {
   m_binds.clear();
+  m_binds.reserve(m_columns.size());
   for (ParameterColumn& column : m_columns) m_binds.push_back(column.ArrayBind(row));
   return m_binds.data();
 }
 
 MYSQL_BIND* ParameterBatch::Single(ub4 row) {
   m_binds.clear();
+  m_binds.reserve(m_columns.size());
   for (ParameterColumn& column : m_columns) m_binds.push_back(column.SingleBind(row));
   return m_binds.data();
 }

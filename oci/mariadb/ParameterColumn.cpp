@@ -126,17 +126,16 @@ bool ParameterColumn::Takes(ub2 type, std::size_t size) {
   return input->sizes == 0 || (size < 32 && (input->sizes >> size & 1) != 0);
 }
 
-ParameterColumn::ParameterColumn(std::shared_ptr<const BindHandle> bind,
-                                 std::shared_ptr<const sql::DateMask> mask)
-    : m_bind(std::move(bind)),
-      m_mask(std::move(mask)),
-      m_input(*FindInput(m_bind->DataType())),
+ParameterColumn::ParameterColumn(const BindHandle& bind, const sql::DateMask* mask)
+    : m_bind(bind),
+      m_mask(mask),
+      m_input(*FindInput(m_bind.DataType())),
       m_wire(WireOf(m_input, m_mask != nullptr)) {}
 
 std::size_t ParameterColumn::Append(ub4 element) {
-  if (m_bind->IsNull(element)) return AppendNull();
+  if (m_bind.IsNull(element)) return AppendNull();
   if (m_mask && m_input.reading != Reading::kDate) return AppendMasked(element);
-  const char* data = m_bind->Value(element);
+  const char* data = m_bind.Value(element);
   switch (m_input.reading) {
     case Reading::kSigned:
     case Reading::kUnsigned:
@@ -146,7 +145,7 @@ std::size_t ParameterColumn::Append(ub4 element) {
       return AppendTime(FromOracleDate(reinterpret_cast<const ub1*>(data)));
     case Reading::kNumber:
       return AppendOwnedText(OracleNumberToText(reinterpret_cast<const ub1*>(data),
-                                                m_bind->Length(element).value_or(m_bind->Size())));
+                                                m_bind.Length(element).value_or(m_bind.Size())));
     case Reading::kCountedNumber:
       return AppendOwnedText(
           OracleNumberToText(reinterpret_cast<const ub1*>(data) + 1, static_cast<ub1>(*data)));
@@ -158,8 +157,8 @@ std::size_t ParameterColumn::Append(ub4 element) {
 }
 
 std::string_view ParameterColumn::Text(ub4 element) const {
-  const char* data = m_bind->Value(element);
-  const std::size_t most = std::min(m_bind->Length(element).value_or(m_bind->Size()), m_bind->Size());
+  const char* data = m_bind.Value(element);
+  const std::size_t most = std::min(m_bind.Length(element).value_or(m_bind.Size()), m_bind.Size());
   if (m_input.reading != Reading::kZeroEnded) return {data, most};
   const void* end = std::memchr(data, 0, most);
   if (!end) throw OraError(1480);
@@ -192,14 +191,14 @@ std::size_t ParameterColumn::AppendNull() {
 }
 
 std::size_t ParameterColumn::AppendNumber(ub4 element) {
-  const char* data = m_bind->Value(element);
+  const char* data = m_bind.Value(element);
   std::uint64_t bits = 0;
   if (m_input.reading == Reading::kSigned) {
-    bits = static_cast<std::uint64_t>(ReadSigned(data, m_bind->Size()));
+    bits = static_cast<std::uint64_t>(ReadSigned(data, m_bind.Size()));
   } else if (m_input.reading == Reading::kUnsigned) {
-    bits = ReadUnsigned(data, m_bind->Size());
+    bits = ReadUnsigned(data, m_bind.Size());
   } else {
-    const double value = ReadReal(data, m_bind->Size());
+    const double value = ReadReal(data, m_bind.Size());
     std::memcpy(&bits, &value, sizeof bits);
   }
   m_numbers.push_back(bits);
@@ -217,8 +216,8 @@ std::size_t ParameterColumn::AppendText(const char* data, std::size_t length) {
 }
 
 std::size_t ParameterColumn::AppendOwnedText(std::string text) {
-  m_owned.push_back(std::move(text));
-  return AppendText(m_owned.back().data(), m_owned.back().size());
+  m_owned.push_front(std::move(text));
+  return AppendText(m_owned.front().data(), m_owned.front().size());
 }
 
 std::size_t ParameterColumn::AppendTime(const MYSQL_TIME& time) {

@@ -8,8 +8,7 @@
 #include <oci.h>
 
 #include <cstdint>
-#include <deque>
-#include <memory>
+#include <forward_list>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,8 @@ class ParameterColumn {
   // Whether values of an external type and size can be bound.
   static bool Takes(ub2 type, std::size_t size);
 
-  // `mask` is that of the date function around the placeholder, or null.
-  ParameterColumn(std::shared_ptr<const BindHandle> bind, std::shared_ptr<const sql::DateMask> mask);
+  // `mask` is that of the date function around the placeholder, or null. Both must outlive the column.
+  ParameterColumn(const BindHandle& bind, const sql::DateMask* mask);
 
   // Converts one element and keeps it as the next row. Gives the bytes it takes on the wire. Throws OraError
   // for a value that cannot be sent: nothing is kept then.
@@ -48,8 +47,8 @@ class ParameterColumn {
   std::size_t AppendMasked(ub4 element);
   std::string_view Text(ub4 element) const;
 
-  const std::shared_ptr<const BindHandle> m_bind;
-  const std::shared_ptr<const sql::DateMask> m_mask;
+  const BindHandle& m_bind;
+  const sql::DateMask* const m_mask;
   const InputType& m_input;
   enum_field_types m_wire;  // what m_values or the pointers hold
 
@@ -58,7 +57,7 @@ class ParameterColumn {
   std::vector<MYSQL_TIME> m_times;
   std::vector<const void*> m_pointers;  // text, and times once the rows are complete
   std::vector<unsigned long> m_lengths;
-  std::deque<std::string> m_owned;  // text that had to be made
+  std::forward_list<std::string> m_owned;  // text that had to be made
 };
 
 }  // namespace ocimaria

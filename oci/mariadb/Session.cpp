@@ -89,8 +89,8 @@ std::shared_ptr<SessionHandle> ServiceHandle::Session() {
 }
 
 std::shared_ptr<Connection> ServiceHandle::LiveConnection() {
-  const auto session = Session();
-  auto connection = session ? session->Current() : nullptr;
+  std::lock_guard lock(m_mutex);
+  auto connection = m_session ? m_session->Current() : nullptr;
   if (!connection) throw OraError(1012);
   return connection;
 }

@@ -29,8 +29,10 @@ void EndSession(SessionHandle& session) {
 
 // The sessions that a service context or a server handle stands for; those that exist now.
 std::vector<std::shared_ptr<Connection>> SessionsOf(void* hndlp) {
-  if (const auto server = Find<ServerHandle>(hndlp)) return server->Connections();
-  const auto session = Need<ServiceHandle>(hndlp)->Session();
+  if (const auto server = Share<ServerHandle>(hndlp)) return server->Connections();
+  const auto service = Share<ServiceHandle>(hndlp);
+  if (!service) throw InvalidHandle{};
+  const auto session = service->Session();
   auto connection = session ? session->Current() : nullptr;
   return connection ? std::vector{std::move(connection)} : std::vector<std::shared_ptr<Connection>>{};
 }
@@ -38,7 +40,7 @@ std::vector<std::shared_ptr<Connection>> SessionsOf(void* hndlp) {
 template <class Work>
 sword OnConnection(const trace::CallNote* call, OCISvcCtx* svchp, OCIError* errhp, Work&& work) {
   return Guarded(call, errhp, [&](ErrorHandle&) -> sword {
-    const auto connection = Need<ServiceHandle>(svchp)->LiveConnection();
+    const auto connection = Need<ServiceHandle>(svchp).LiveConnection();
     CallScope scope(*connection);
     work(*connection);
     return OCI_SUCCESS;
@@ -51,16 +53,16 @@ sword OnConnection(const trace::CallNote* call, OCISvcCtx* svchp, OCIError* errh
 extern "C" sword OCIServerAttach(OCIServer* srvhp, OCIError* errhp, const OraText* dblink, sb4 dblink_len,
                                  ub4) {
   return Guarded(OCI_CALL(srvhp, errhp, dblink, dblink_len), errhp, [&](ErrorHandle&) -> sword {
-    const auto server = Need<ServerHandle>(srvhp);
+    auto& server = Need<ServerHandle>(srvhp);
     const bool given = dblink && dblink_len > 0;
-    server->Attach({reinterpret_cast<const char*>(dblink), given ? static_cast<std::size_t>(dblink_len) : 0});
+    server.Attach({reinterpret_cast<const char*>(dblink), given ? static_cast<std::size_t>(dblink_len) : 0});
     return OCI_SUCCESS;
   });
 }
 
 extern "C" sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
   return Guarded(OCI_CALL(srvhp, errhp), errhp, [&](ErrorHandle&) -> sword {
-    Need<ServerHandle>(srvhp)->Detach();
+    Need<ServerHandle>(srvhp).Detach();
     return OCI_SUCCESS;
   });
 }
@@ -68,16 +70,16 @@ extern "C" sword OCIServerDetach(OCIServer* srvhp, OCIError* errhp, ub4) {
 // A break does not end a connection attempt; the connect string's connect-timeout does.
 extern "C" sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4 credt, ub4 mode) {
   return Guarded(OCI_CALL(svchp, errhp, usrhp, credt, mode), errhp, [&](ErrorHandle&) -> sword {
-    const auto service = Need<ServiceHandle>(svchp);
-    const auto session = Need<SessionHandle>(usrhp);
-    const auto server = service->Server();
+    auto& service = Need<ServiceHandle>(svchp);
+    auto& session = Need<SessionHandle>(usrhp);
+    const auto server = service.Server();
     if (!server) throw OraError(24327);
     if (credt != OCI_CRED_RDBMS || mode != OCI_DEFAULT) throw OraError(24300);
-    if (session->Current()) throw OraError(24313);
+    if (session.Current()) throw OraError(24313);
     auto connection =
-        std::make_shared<Connection>(server->Target(), session->credentials, Connection::Purpose::kSession);
+        std::make_shared<Connection>(server->Target(), session.credentials, Connection::Purpose::kSession);
     server->AddConnection(connection);
-    session->Begin(std::move(connection));
+    session.Begin(std::move(connection));
     ForgetTypes();  // other programs may have changed tables since
     return OCI_SUCCESS;
   });
@@ -86,10 +88,14 @@ extern "C" sword OCISessionBegin(OCISvcCtx* svchp, OCIError* errhp, OCISession* 
 // Commits what is open. Round trips: one.
 extern "C" sword OCISessionEnd(OCISvcCtx* svchp, OCIError* errhp, OCISession* usrhp, ub4) {
   return Guarded(OCI_CALL(svchp, errhp, usrhp), errhp, [&](ErrorHandle&) -> sword {
-    const auto service = Need<ServiceHandle>(svchp);
-    const auto session = usrhp ? Need<SessionHandle>(usrhp) : service->Session();
-    if (!session) throw OraError(1012);
-    EndSession(*session);
+    auto& service = Need<ServiceHandle>(svchp);
+    if (usrhp) {
+      EndSession(Need<SessionHandle>(usrhp));
+    } else {
+      const auto session = service.Session();
+      if (!session) throw OraError(1012);
+      EndSession(*session);
+    }
     return OCI_SUCCESS;
   });
 }

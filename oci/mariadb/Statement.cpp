@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 
 #include "oci/mariadb/KeptStatements.h"
 #include "oci/mariadb/TraceEvents.h"
@@ -23,8 +24,6 @@ const std::shared_ptr<const ParsedText>& StatementHandle::NoText() {
   static const auto& none = *new auto(std::make_shared<const ParsedText>());  // outlives every handle
   return none;
 }
-
-StatementHandle::~StatementHandle() { Release(); }
 
 void StatementHandle::Release() {
   for (const auto& bind : m_binds)
@@ -69,20 +68,25 @@ void StatementHandle::RequirePrepared() const {
   if (!m_is_prepared) throw OraError(24337);
 }
 
-std::vector<std::size_t> StatementHandle::PlacesNamed(std::string_view name) const {
+Places StatementHandle::PlacesNamed(std::string_view name) const {
   RequirePrepared();
   const std::string wanted = PlaceholderName(name);
-  std::vector<std::size_t> places;
-  for (std::size_t i = 0; i < Sql().placeholders.size(); ++i)
-    if (Sql().placeholders[i].name == wanted) places.push_back(i);
-  if (places.empty()) throw OraError(1036);
-  return places;
+  std::optional<Places> places;
+  for (std::size_t i = 0; i < Sql().placeholders.size(); ++i) {
+    if (Sql().placeholders[i].name != wanted) continue;
+    if (places)
+      places->others.push_back(i);
+    else
+      places = {i, {}};
+  }
+  if (!places) throw OraError(1036);
+  return *std::move(places);
 }
 
-std::vector<std::size_t> StatementHandle::PlacesAt(ub4 position) const {
+Places StatementHandle::PlacesAt(ub4 position) const {
   RequirePrepared();
   if (position == 0 || position > Sql().placeholders.size()) throw OraError(1036);
-  if (!Sql().is_block) return {position - 1};
+  if (!Sql().is_block) return {position - 1, {}};
   std::vector<std::string_view> names;
   for (const auto& placeholder : Sql().placeholders)
     if (std::ranges::find(names, placeholder.name) == names.end()) names.push_back(placeholder.name);
@@ -90,13 +94,15 @@ std::vector<std::size_t> StatementHandle::PlacesAt(ub4 position) const {
   return PlacesNamed(names[position - 1]);
 }
 
-void StatementHandle::SetBind(const std::vector<std::size_t>& places,
-                              const std::shared_ptr<BindHandle>& bind) {
+void StatementHandle::SetBind(const Places& places, const std::shared_ptr<BindHandle>& bind) {
   Register(bind, Token());
-  for (const std::size_t place : places) {
-    const auto old = std::exchange(m_binds[place], bind);
-    if (old && std::ranges::find(m_binds, old) == m_binds.end()) Unregister(old->Token(), BindHandle::kType);
-  }
+  Replace(places.first, bind);
+  for (const std::size_t place : places.others) Replace(place, bind);
+}
+
+void StatementHandle::Replace(std::size_t place, const std::shared_ptr<BindHandle>& bind) {
+  const auto old = std::exchange(m_binds[place], bind);
+  if (old && std::ranges::find(m_binds, old) == m_binds.end()) Unregister(old->Token(), BindHandle::kType);
 }
 
 std::vector<ParameterColumn> StatementHandle::ParameterColumns() {
@@ -104,7 +110,7 @@ std::vector<ParameterColumn> StatementHandle::ParameterColumns() {
   columns.reserve(m_binds.size());
   for (std::size_t i = 0; i < m_binds.size(); ++i) {
     if (!m_binds[i]) throw OraError(1008);
-    columns.emplace_back(m_binds[i], m_parsed->masks[i]);
+    columns.emplace_back(*m_binds[i], m_parsed->masks[i].get());
   }
   return columns;
 }

@@ -21,11 +21,17 @@
 
 namespace ocimaria {
 
+// Placeholders that one bind means, from 0; mostly there is one.
+struct Places {
+  std::size_t first;
+  std::vector<std::size_t> others;
+};
+
 class StatementHandle : public Handle {
  public:
   static constexpr ub4 kType = OCI_HTYPE_STMT;
   StatementHandle() : Handle(kType) {}
-  ~StatementHandle() override;
+  ~StatementHandle() override { ClosePrepared(); }  // its binds and defines went before it
 
   // Takes a new text and drops everything of the old one. No round trip. Throws OraError.
   void Prepare(std::string_view text);
@@ -38,12 +44,13 @@ class StatementHandle : public Handle {
 
   // The placeholders that a bind means: a position counts from 1; in a block each name has one position,
   // elsewhere each occurrence has its own. Throws OraError 1036.
-  std::vector<std::size_t> PlacesAt(ub4 position) const;
-  std::vector<std::size_t> PlacesNamed(std::string_view name) const;
-  void SetBind(const std::vector<std::size_t>& places, const std::shared_ptr<BindHandle>& bind);
+  Places PlacesAt(ub4 position) const;
+  Places PlacesNamed(std::string_view name) const;
+  void SetBind(const Places& places, const std::shared_ptr<BindHandle>& bind);
   ub4 BindCount() const { return static_cast<ub4>(Sql().placeholders.size()); }
 
-  // One column for each placeholder. Throws OraError 1008 when one is not bound.
+  // One column for each placeholder, to be used before the next Prepare or bind. Throws OraError 1008 when
+  // one is not bound.
   std::vector<ParameterColumn> ParameterColumns();
 
   void SetDefine(ub4 position, const std::shared_ptr<DefineHandle>& define);  // position from 1
@@ -67,6 +74,7 @@ class StatementHandle : public Handle {
  private:
   static const std::shared_ptr<const ParsedText>& NoText();
   void Release();  // what the old text left
+  void Replace(std::size_t place, const std::shared_ptr<BindHandle>& bind);
   void ClosePrepared();
 
   bool m_is_prepared = false;

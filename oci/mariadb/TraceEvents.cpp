@@ -39,7 +39,7 @@ const char* KindName(ub4 type) {
 std::string NameOf(const Handle& handle) { return HandleName(handle.Type(), handle.Token()); }
 
 // "3 (1 error, 2 stmt)"
-std::string Counted(const std::vector<std::shared_ptr<Handle>>& handles, std::size_t first) {
+std::string Counted(const std::vector<const Handle*>& handles, std::size_t first) {
   std::map<std::string, int> kinds;
   for (std::size_t i = first; i < handles.size(); ++i) ++kinds[KindName(handles[i]->Type())];
   std::string list;
@@ -74,7 +74,7 @@ void HandleAllocated(const Handle& handle, const Handle* parent) noexcept {
       [&] { Write("handle", NameOf(handle) + " allocated" + (parent ? " below " + NameOf(*parent) : "")); });
 }
 
-void HandlesFreed(const std::vector<std::shared_ptr<Handle>>& freed) noexcept {
+void HandlesFreed(const std::vector<const Handle*>& freed) noexcept {
   if (!On(kHandles)) return;
   Safely([&] {
     const std::string first = NameOf(*freed.front());
@@ -85,7 +85,7 @@ void HandlesFreed(const std::vector<std::shared_ptr<Handle>>& freed) noexcept {
   });
 }
 
-void HandlesLeft(const std::vector<std::shared_ptr<Handle>>& left) noexcept {
+void HandlesLeft(const std::vector<const Handle*>& left) noexcept {
   if (!On(kHandles)) return;
   Safely([&] {
     for (const auto& handle : left) Write("handle", NameOf(*handle) + " alive at the end of the process");

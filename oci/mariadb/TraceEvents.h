@@ -5,7 +5,6 @@
 
 #include <oci.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,9 +27,9 @@ std::string Took(Clock::time_point since);  // " 0.123 ms"
 // Handles. REQUIRES the lock of the register, which keeps the lines in the order of the events.
 void HandleAllocated(const Handle& handle, const Handle* parent) noexcept;
 // The first is the one that the caller freed, the others went with it.
-void HandlesFreed(const std::vector<std::shared_ptr<Handle>>& freed) noexcept;
+void HandlesFreed(const std::vector<const Handle*>& freed) noexcept;
 // At the end of the process: those that nobody freed.
-void HandlesLeft(const std::vector<std::shared_ptr<Handle>>& left) noexcept;
+void HandlesLeft(const std::vector<const Handle*>& left) noexcept;
 
 // An error as it is handed to the caller. What the server said is shown where its number says that the text
 // only names objects: other texts may quote values.

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <functional>
+#include <set>
 #include <vector>
 
 #include "Client.h"
@@ -132,6 +133,33 @@ TEST(Handles, ANullOrFreedErrorHandleIsRefusedByEveryCall) {
     EXPECT_EQ(call.run(handle, nullptr), OCI_INVALID_HANDLE) << call.name;
     EXPECT_EQ(call.run(handle, freed), OCI_INVALID_HANDLE) << call.name;
   }
+}
+
+TEST(Handles, ThousandsMayLiveAtOnceAndEachIsItself) {
+  Client client;
+  std::set<void*> handles;
+  for (int i = 0; i < 3000; ++i) handles.insert(Allocated(client, OCI_HTYPE_STMT));
+  EXPECT_EQ(handles.size(), 3000u);
+  for (void* handle : handles) EXPECT_EQ(OCIHandleFree(handle, OCI_HTYPE_STMT), OCI_SUCCESS);
+  for (void* handle : handles) EXPECT_EQ(OCIHandleFree(handle, OCI_HTYPE_STMT), OCI_INVALID_HANDLE);
+}
+
+TEST(Handles, ANumberNearAHandleIsNone) {
+  Client client;
+  void* handle = Allocated(client, OCI_HTYPE_STMT);
+  const auto number = reinterpret_cast<std::uintptr_t>(handle);
+  for (unsigned bit = 0; bit < 64; ++bit) {
+    void* near = reinterpret_cast<void*>(number ^ std::uintptr_t{1} << bit);
+    EXPECT_EQ(OCIHandleFree(near, OCI_HTYPE_STMT), OCI_INVALID_HANDLE) << "bit " << bit;
+  }
+  EXPECT_EQ(OCIHandleFree(handle, OCI_HTYPE_STMT), OCI_SUCCESS);
+}
+
+TEST(Handles, NoHandleIsAnAddress) {
+  Client client;
+  constexpr unsigned kAddressBits = 57;  // of a process, at most
+  const auto number = reinterpret_cast<std::uintptr_t>(Allocated(client, OCI_HTYPE_STMT));
+  EXPECT_NE(number >> kAddressBits, 0u);
 }
 
 TEST(Handles, FreeingTwiceIsRefused) {
