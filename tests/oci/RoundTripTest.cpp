@@ -118,6 +118,19 @@ TEST_F(RoundTrips, OfAQueryOnATableAndWithinWork) {
   EXPECT_EQ(Of(query), 1);
 }
 
+TEST_F(RoundTrips, OfAPreparedQueryAreOneMoreOnceItsTableHasGainedOrLostAColumn) {
+  Statement query(client, "SELECT * FROM T_TRIPS");
+  const auto run = [&] { return query.Execute(0); };
+  run();
+  EXPECT_EQ(Of(run), 2) << "with the commit that releases the table";
+  for (const char* change : {"ADD (X NUMBER(3))", "DROP COLUMN X"}) {
+    MustExec(client, std::string("ALTER TABLE T_TRIPS ") + change);
+    Describe();  // the declared types are known anew from here on
+    EXPECT_EQ(Of(run), 3) << change;
+    EXPECT_EQ(Of(run), 2) << change;
+  }
+}
+
 TEST_F(RoundTrips, OfFetchesIsNone) {
   Statement query(client, "SELECT 1 FROM DUAL");
   sb4 value = 0;
