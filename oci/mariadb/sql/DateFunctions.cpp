@@ -67,9 +67,11 @@ void RewriteCall(PieceList& pieces, const Call& call, bool is_timestamp) {
 }  // namespace
 
 void RewriteDateFunctions(PieceList& pieces) {
+  if (!pieces.Mentions({NotedWord::kToDate, NotedWord::kToTimestamp})) return;
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
-    const bool is_timestamp = pieces.IsWord(i, "TO_TIMESTAMP");
-    if (!IsCallOf(pieces, i) || !(is_timestamp || pieces.IsWord(i, "TO_DATE"))) continue;
+    const bool is_timestamp = pieces.Noted(i) == NotedWord::kToTimestamp;
+    if (!is_timestamp && pieces.Noted(i) != NotedWord::kToDate) continue;
+    if (!IsCallOf(pieces, i)) continue;
     const Call call = ParseCall(pieces, i);
     if (call.arguments.empty()) throw OraError(938);
     if (call.arguments.size() > 2) throw OraError(939);

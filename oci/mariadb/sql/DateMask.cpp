@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 
 #include "oci/mariadb/sql/DateReader.h"
@@ -109,6 +108,12 @@ std::string_view ServerLetters(const DateElement& element) {
   }
 }
 
+// REQUIRES a number of at most so many digits.
+void WriteDigits(int number, std::size_t digits, std::string& text, std::size_t place) {
+  for (std::size_t at = place + digits; at-- > place; number /= 10)
+    text[at] = static_cast<char>('0' + number % 10);
+}
+
 }  // namespace
 
 DateMask::DateMask(std::string_view mask)
@@ -135,14 +140,15 @@ DateTime DateMask::Read(std::string_view text) const {
 
 std::string DateMask::ToCanonical(std::string_view text) const {
   const DateTime time = Read(text);
-  char canonical[96];
-  int length = std::snprintf(canonical, sizeof canonical, "%04d-%02d-%02d %02d:%02d:%02d", time.year,
-                             time.month, time.day, time.hour, time.minute, time.second);
-  if (m_has_fraction) {
-    length += std::snprintf(canonical + length, sizeof canonical - static_cast<std::size_t>(length), ".%06d",
-                            time.microsecond);
-  }
-  return std::string(canonical, static_cast<std::size_t>(length));
+  std::string canonical = m_has_fraction ? "0000-00-00 00:00:00.000000" : "0000-00-00 00:00:00";
+  WriteDigits(time.year, 4, canonical, 0);
+  WriteDigits(time.month, 2, canonical, 5);
+  WriteDigits(time.day, 2, canonical, 8);
+  WriteDigits(time.hour, 2, canonical, 11);
+  WriteDigits(time.minute, 2, canonical, 14);
+  WriteDigits(time.second, 2, canonical, 17);
+  if (m_has_fraction) WriteDigits(time.microsecond, 6, canonical, 20);
+  return canonical;
 }
 
 std::string DateMask::ToServerFormat() const {

@@ -74,6 +74,7 @@ void ReplaceTable(PieceList& pieces, std::size_t i, const std::string& query) {
 }  // namespace
 
 void RewriteDictionaryViews(PieceList& pieces) {
+  if (!pieces.Mentions({NotedWord::kFrom, NotedWord::kJoin})) return;
   FromLists lists;
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
     if (!lists.IsTablePlace(pieces, i)) continue;

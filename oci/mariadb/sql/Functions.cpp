@@ -150,7 +150,7 @@ bool IsUser(const PieceList& pieces, std::size_t i) {
 
 void RewriteFunctions(PieceList& pieces) {
   for (std::size_t i = 0; i < pieces.Size(); ++i) {
-    if (pieces.Kind(i) != TokenKind::kWord || (i > 0 && pieces.IsSymbol(i - 1, "."))) continue;
+    if (pieces.Noted(i) == NotedWord::kNone || (i > 0 && pieces.IsSymbol(i - 1, "."))) continue;
     if (pieces.IsAnyWord(i, {"SYSDATE", "SYSTIMESTAMP", "CURRENT_DATE"})) RewriteDayArithmetic(pieces, i + 1);
     if (pieces.IsWord(i, "SYSTIMESTAMP")) RewriteSysTimestamp(pieces, i);
     if (pieces.IsWord(i, "CURRENT_DATE")) pieces.Replace(i, "SYSDATE");

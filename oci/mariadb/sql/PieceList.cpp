@@ -9,19 +9,21 @@
 namespace ocimaria::sql {
 
 PieceList::PieceList(std::string_view sql) {
-  const TokenList list = Tokenize(sql);
-  m_pieces.reserve(list.tokens.size());
-  for (const Token& token : list.tokens) m_pieces.push_back({token, token.text, {}, {}, {}});
+  TokenList list = Tokenize(sql);
+  m_tokens = std::move(list.tokens);
+  m_noted = list.noted;
   m_tail = list.tail;
+  m_pieces.resize(m_tokens.size());
   MatchParentheses();
 }
 
 void PieceList::MatchParentheses() {
   std::vector<std::size_t> open;
   for (std::size_t i = 0; i < Size(); ++i) {
+    if (Kind(i) != TokenKind::kSymbol) continue;
     if (IsSymbol(i, "(")) open.push_back(i);
     if (!IsSymbol(i, ")") || open.empty()) continue;
-    m_pieces[open.back()].closing = i;
+    m_pieces[open.back()].closing = static_cast<std::uint32_t>(i);
     open.pop_back();
   }
 }
@@ -39,8 +41,20 @@ std::size_t PieceList::ClosingOf(std::size_t open) const {
   return m_pieces[open].closing;
 }
 
+const PieceList::Change* PieceList::FindChange(std::size_t i) const {
+  return m_pieces[i].change == 0 ? nullptr : &m_changes[m_pieces[i].change - 1];
+}
+
+PieceList::Change& PieceList::ChangeOf(std::size_t i) {
+  if (m_pieces[i].change == 0) {
+    m_changes.push_back({m_tokens[i].text, {}, {}, {}});
+    m_pieces[i].change = static_cast<std::uint32_t>(m_changes.size());
+  }
+  return m_changes[m_pieces[i].change - 1];
+}
+
 void PieceList::Replace(std::size_t i, std::string text) {
-  m_pieces[i].text = Keep(std::move(text));
+  ChangeOf(i).text = Keep(std::move(text));
   m_pieces[i].removed = false;
 }
 
@@ -52,30 +66,38 @@ void PieceList::Remove(std::size_t begin, std::size_t end) {
 }
 
 void PieceList::InsertBefore(std::size_t i, std::string_view text) {
-  m_pieces[i].before = Keep(std::string(m_pieces[i].before).append(text));
+  Change& change = ChangeOf(i);
+  change.before = Keep(std::string(change.before).append(text));
 }
 
 void PieceList::InsertAfter(std::size_t i, std::string_view text) {
-  m_pieces[i].after = Keep(std::string(m_pieces[i].after).append(text));
+  Change& change = ChangeOf(i);
+  change.after = Keep(std::string(change.after).append(text));
 }
 
 bool PieceList::IsChanged(std::size_t begin, std::size_t end) const {
-  const auto first = m_pieces.begin();
-  return std::any_of(first + static_cast<std::ptrdiff_t>(begin), first + static_cast<std::ptrdiff_t>(end),
-                     [](const Piece& piece) {
-                       return piece.removed || !piece.before.empty() || !piece.after.empty() ||
-                              piece.text != piece.token.text;
-                     });
+  for (std::size_t i = begin; i < end; ++i) {
+    const Change* change = FindChange(i);
+    if (m_pieces[i].removed) return true;
+    if (change && (!change->before.empty() || !change->after.empty() || change->text != m_tokens[i].text))
+      return true;
+  }
+  return false;
 }
 
 void PieceList::SetDateMask(std::size_t i, std::string mask) {
-  m_pieces[i].date_mask = Keep(std::move(mask));
+  ChangeOf(i).date_mask = Keep(std::move(mask));
+}
+
+std::string_view PieceList::DateMask(std::size_t i) const {
+  const Change* change = FindChange(i);
+  return change ? change->date_mask : std::string_view();
 }
 
 namespace {
 
 // Two literals or two quoted names that touch would be read as one, with a quote in it.
-void Append(std::string& text, std::string_view part) {
+void AppendPart(std::string& text, std::string_view part) {
   const bool is_quoted = part.starts_with('\'') || part.starts_with('"');
   if (is_quoted && text.ends_with(part.front())) text += ' ';
   text += part;
@@ -102,11 +124,13 @@ void AppendComments(std::string& text, std::string_view gap) {
   }
 }
 
+bool MayHoldComment(std::string_view gap) { return gap.size() > 1 && gap.find_first_of("-/") != gap.npos; }
+
 void AppendGap(std::string& text, std::string_view gap) {
-  if (gap.size() < 2)  // no comment is as short
-    text += gap;
-  else
+  if (MayHoldComment(gap))
     AppendComments(text, gap);
+  else
+    text += gap;
 }
 
 }  // namespace
@@ -117,14 +141,43 @@ std::string PieceList::Join() const {
   return text;
 }
 
+// Comes out as it stands in the source, gap and all; `behind` tells whether what stands there before it has
+// come out before it, too.
+bool PieceList::IsAsWritten(std::size_t i, bool behind) const {
+  const Piece& piece = m_pieces[i];
+  const Token& token = m_tokens[i];
+  if (piece.change != 0 || piece.removed || piece.gap_removed) return false;
+  if (!token.gap.empty()) return !MayHoldComment(token.gap);
+  const char first = token.text.front();
+  return (first != '"' && first != '\'') || (behind && token.text.data()[-1] != first);
+}
+
+void PieceList::Append(std::size_t i, bool with_gap, std::string& text) const {
+  const Piece& piece = m_pieces[i];
+  const Change* change = FindChange(i);
+  if (with_gap && !piece.gap_removed) AppendGap(text, m_tokens[i].gap);
+  if (change) AppendPart(text, change->before);
+  if (!piece.removed) AppendPart(text, change ? change->text : m_tokens[i].text);
+  if (change) AppendPart(text, change->after);
+}
+
+// What is as it was written is copied in as long stretches as possible.
 std::string PieceList::Join(std::size_t begin, std::size_t end) const {
   std::string text;
-  for (std::size_t i = begin; i < end; ++i) {
-    const Piece& piece = m_pieces[i];
-    if ((i > begin || begin == 0) && !piece.gap_removed) AppendGap(text, piece.token.gap);
-    Append(text, piece.before);
-    if (!piece.removed) Append(text, piece.text);
-    Append(text, piece.after);
+  if (begin == end) return text;
+  const char* const source_end = m_tokens[end - 1].text.data() + m_tokens[end - 1].text.size();
+  text.reserve(static_cast<std::size_t>(source_end - m_tokens[begin].text.data()));
+  for (std::size_t i = begin; i < end;) {
+    const bool with_gap = i > begin || begin == 0;
+    std::size_t behind = i;
+    while (with_gap && behind < end && IsAsWritten(behind, behind > i)) ++behind;
+    if (behind == i) {
+      Append(i++, with_gap, text);
+      continue;
+    }
+    const Token& last = m_tokens[behind - 1];
+    text.append(m_tokens[i].gap.data(), last.text.data() + last.text.size());
+    i = behind;
   }
   return text;
 }

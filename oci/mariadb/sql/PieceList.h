@@ -5,7 +5,8 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
+#include <cstdint>
+#include <forward_list>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -20,29 +21,31 @@ class PieceList {
  public:
   explicit PieceList(std::string_view sql);
 
-  std::size_t Size() const { return m_pieces.size(); }
+  std::size_t Size() const { return m_tokens.size(); }
 
   // As written; an empty text and kSymbol beyond the last token, so that looking ahead needs no check.
-  TokenKind Kind(std::size_t i) const {
-    return i < m_pieces.size() ? m_pieces[i].token.kind : TokenKind::kSymbol;
-  }
+  TokenKind Kind(std::size_t i) const { return i < m_tokens.size() ? m_tokens[i].kind : TokenKind::kSymbol; }
   std::string_view Text(std::size_t i) const {
-    return i < m_pieces.size() ? m_pieces[i].token.text : std::string_view();
+    return i < m_tokens.size() ? m_tokens[i].text : std::string_view();
   }
+  NotedWord Noted(std::size_t i) const { return m_tokens[i].noted; }  // REQUIRES i < Size()
+
+  // Whether any of these words stands anywhere.
+  bool Mentions(NotedWords words) const { return m_noted.HasAnyOf(words); }
 
   // Unquoted words and marks, letter case ignored; the words are given in upper case.
   bool IsWord(std::size_t i, std::string_view upper) const {
-    return Kind(i) == TokenKind::kWord && EqualsUpper(m_pieces[i].token.text, upper);
+    return Kind(i) == TokenKind::kWord && EqualsUpper(m_tokens[i].text, upper);
   }
   bool IsAnyWord(std::size_t i, std::initializer_list<std::string_view> upper) const {
     if (Kind(i) != TokenKind::kWord) return false;
     for (const std::string_view word : upper)
-      if (EqualsUpper(m_pieces[i].token.text, word)) return true;
+      if (EqualsUpper(m_tokens[i].text, word)) return true;
     return false;
   }
   bool IsSymbol(std::size_t i, std::string_view symbol) const {
-    if (i >= m_pieces.size() || m_pieces[i].token.kind != TokenKind::kSymbol) return false;
-    const std::string_view text = m_pieces[i].token.text;
+    if (Kind(i) != TokenKind::kSymbol || i >= m_tokens.size()) return false;
+    const std::string_view text = m_tokens[i].text;
     return text.front() == symbol.front() && text == symbol;
   }
   bool IsName(std::size_t i) const;  // a word or a quoted name
@@ -64,30 +67,39 @@ class PieceList {
 
   // The mask by which the placeholder's bound text is to be converted.
   void SetDateMask(std::size_t i, std::string mask);
-  std::string_view DateMask(std::size_t i) const { return m_pieces[i].date_mask; }
+  std::string_view DateMask(std::size_t i) const;
 
   // The text as it now stands.
   std::string Join() const;
   std::string Join(std::size_t begin, std::size_t end) const;  // without the gap before `begin`
 
  private:
+  // What was done to a token. Most are left as they are.
   struct Piece {
-    Token token;
-    std::string_view text;           // what comes out
-    std::string_view before, after;  // inserted
-    std::string_view date_mask;
-    std::size_t closing = 0;  // of a "(": its ")"; 0: none
+    std::uint32_t closing = 0;  // of a "(": its ")"; 0: none
+    std::uint32_t change = 0;   // its number in m_changes, from 1; 0: none
     bool removed = false;
     bool gap_removed = false;
   };
+  struct Change {
+    std::string_view text;           // what comes out
+    std::string_view before, after;  // inserted
+    std::string_view date_mask;
+  };
 
-  std::string_view Keep(std::string text) { return m_kept.emplace_back(std::move(text)); }
-
+  std::string_view Keep(std::string text) { return m_kept.emplace_front(std::move(text)); }
   void MatchParentheses();
+  const Change* FindChange(std::size_t i) const;  // null: none
+  Change& ChangeOf(std::size_t i);                // made at first use
+  bool IsAsWritten(std::size_t i, bool behind) const;
+  void Append(std::size_t i, bool with_gap, std::string& text) const;
 
-  std::vector<Piece> m_pieces;
+  std::vector<Token> m_tokens;
+  NotedWords m_noted;
   std::string_view m_tail;
-  std::deque<std::string> m_kept;  // the texts that pieces were given; never moved
+  std::vector<Piece> m_pieces;  // one for each token
+  std::vector<Change> m_changes;
+  std::forward_list<std::string> m_kept;  // the texts that pieces were given; never moved
 };
 
 }  // namespace ocimaria::sql

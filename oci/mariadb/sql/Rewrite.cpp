@@ -50,20 +50,15 @@ std::vector<Placeholder> TakePlaceholders(PieceList& pieces) {
 }
 
 bool DrawsSequence(const PieceList& pieces) {
+  if (!pieces.Mentions({NotedWord::kNextval})) return false;
   for (std::size_t i = 2; i < pieces.Size(); ++i) {
     if (pieces.IsWord(i, "NEXTVAL") && pieces.IsSymbol(i - 1, ".")) return true;
   }
   return false;
 }
 
-bool HasWord(const PieceList& pieces, std::string_view upper) {
-  for (std::size_t i = 0; i < pieces.Size(); ++i) {
-    if (pieces.IsWord(i, upper)) return true;
-  }
-  return false;
-}
-
 bool LocksRows(const PieceList& pieces) {
+  if (!pieces.Mentions({NotedWord::kFor})) return false;
   for (std::size_t i = 0; i + 1 < pieces.Size(); ++i) {
     if (pieces.AreWords(i, {"FOR", "UPDATE"})) return true;
   }
@@ -97,7 +92,7 @@ Rewritten RewriteAtDepth(std::string_view oracle_sql, int depth) {
   rewritten.is_query = kind.type == OCI_STMT_SELECT;
   rewritten.draws_sequence = DrawsSequence(pieces);
   rewritten.locks_rows = rewritten.is_query && LocksRows(pieces);
-  rewritten.no_wait = HasWord(pieces, "NOWAIT");
+  rewritten.no_wait = pieces.Mentions({NotedWord::kNowait});
   rewritten.target_table = TargetTable(pieces);
 
   RewriteSpelling(pieces);

@@ -11,6 +11,7 @@ namespace ocimaria::sql {
 namespace {
 
 void RefuseWord(const PieceList& pieces, std::size_t i) {
+  if (pieces.Noted(i) == NotedWord::kNone) return;
   if (pieces.AreWords(i, {"CONNECT", "BY"})) throw Unimplemented("CONNECT BY");
   if (pieces.IsWord(i, "NULLS") && pieces.IsAnyWord(i + 1, {"FIRST", "LAST"})) {
     throw Unimplemented("NULLS FIRST and NULLS LAST");

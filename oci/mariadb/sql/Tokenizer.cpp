@@ -10,8 +10,30 @@
 namespace ocimaria::sql {
 namespace {
 
-constexpr bool IsWordStart(char c) { return IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 128; }
-constexpr bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c) || c == '$' || c == '#'; }
+constexpr bool StartsWord(char c) { return IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 128; }
+
+// What a character may be part of, as bits.
+enum : std::uint8_t { kStartsWord = 1, kWordPart = 2, kBlank = 4, kEndsPair = 8 };
+
+constexpr std::uint8_t PartsOf(char c) {
+  std::uint8_t parts = IsSpace(c) ? kBlank : 0;
+  if (StartsWord(c)) parts |= kStartsWord | kWordPart;
+  if (IsDigit(c) || c == '$' || c == '#') parts |= kWordPart;
+  if (std::string_view("=|>.*<").find(c) != std::string_view::npos) parts |= kEndsPair;
+  return parts;
+}
+
+constexpr std::array<std::uint8_t, 256> kParts = [] {
+  std::array<std::uint8_t, 256> parts{};
+  for (int c = 0; c < 256; ++c) parts[static_cast<std::size_t>(c)] = PartsOf(static_cast<char>(c));
+  return parts;
+}();
+
+constexpr bool IsPart(char c, std::uint8_t part) {
+  return (kParts[static_cast<unsigned char>(c)] & part) != 0;
+}
+constexpr bool IsWordStart(char c) { return IsPart(c, kStartsWord); }
+constexpr bool IsWordPart(char c) { return IsPart(c, kWordPart); }
 
 // As objects, so that a loop over them needs no call.
 constexpr auto kIsWordPart = [](char c) { return IsWordPart(c); };
@@ -54,9 +76,9 @@ class Scanner {
   explicit Scanner(std::string_view sql) : m_sql(sql) {}
 
   TokenList Scan() {
-    constexpr std::size_t kBytesPerToken = 4;  // about, as the workload's texts have them
+    constexpr std::size_t kBytesPerToken = 8;  // about, as the workload's texts have them
     TokenList list;
-    list.tokens.reserve(m_sql.size() / kBytesPerToken);
+    list.tokens.reserve(m_sql.size() / kBytesPerToken + 1);
     for (;;) {
       const std::size_t gap_begin = m_at;
       SkipGap();
@@ -67,7 +89,10 @@ class Scanner {
       }
       const std::size_t begin = m_at;
       const TokenKind kind = ScanToken();
-      list.tokens.push_back({kind, gap, m_sql.substr(begin, m_at - begin)});
+      const auto text = m_sql.substr(begin, m_at - begin);
+      const NotedWord noted = kind == TokenKind::kWord ? NotedWordOf(text) : NotedWord::kNone;
+      list.noted.Add(noted);
+      list.tokens.push_back({kind, noted, gap, text});
     }
   }
 
@@ -76,7 +101,7 @@ class Scanner {
 
   void SkipGap() {
     for (;;) {
-      if (m_at < m_sql.size() && IsSpace(m_sql[m_at])) {
+      if (IsPart(Peek(), kBlank)) {
         ++m_at;
       } else if (Peek() == '-' && Peek(1) == '-') {
         m_at = std::min(m_sql.find('\n', m_at), m_sql.size());
@@ -94,9 +119,8 @@ class Scanner {
   }
 
   TokenKind ScanToken() {
-    const auto prefix = PrefixOf(m_sql.substr(m_at, 2));
-    if (Peek(prefix.length) == '\'') return ScanString(prefix);
-    if (IsWordStart(Peek())) return ScanWhile(TokenKind::kWord, kIsWordPart);
+    if (Peek() == '\'') return ScanString({});
+    if (IsWordStart(Peek())) return ScanWordOrString();
     if (Peek() == '"') return ScanQuotedName(TokenKind::kQuotedName);
     if (IsDigit(Peek()) || (Peek() == '.' && IsDigit(Peek(1)))) return ScanNumber();
     if (Peek() == ':' && Peek(1) != '=') return ScanPlaceholder();
@@ -107,6 +131,12 @@ class Scanner {
   TokenKind ScanWhile(TokenKind kind, Part part) {
     while (m_at < m_sql.size() && part(m_sql[m_at])) ++m_at;
     return kind;
+  }
+
+  TokenKind ScanWordOrString() {
+    const auto prefix = PrefixOf(m_sql.substr(m_at, 2));
+    if (prefix.length > 0 && Peek(prefix.length) == '\'') return ScanString(prefix);
+    return ScanWhile(TokenKind::kWord, kIsWordPart);
   }
 
   TokenKind ScanString(StringPrefix prefix) {
@@ -154,8 +184,7 @@ class Scanner {
   TokenKind ScanSymbol() {
     static constexpr std::array<std::string_view, 12> kPairs{
         ":=", "||", "<=", ">=", "<>", "!=", "^=", "=>", "..", "**", "<<", ">>"};
-    constexpr std::string_view kSecond = "=|>.*<";  // what ends a pair; hardly any mark is followed by it
-    const bool may_pair = kSecond.find(Peek(1)) != kSecond.npos;
+    const bool may_pair = IsPart(Peek(1), kEndsPair);  // hardly any mark is followed by one
     m_at += may_pair && std::ranges::find(kPairs, m_sql.substr(m_at, 2)) != kPairs.end() ? 2 : 1;
     return TokenKind::kSymbol;
   }
@@ -173,6 +202,7 @@ std::string StringValue(std::string_view literal) {
   literal.remove_prefix(prefix.length + 1);
   literal.remove_suffix(1);
   if (prefix.has_brackets) return std::string(literal.substr(1, literal.size() - 2));
+  if (literal.find('\'') == literal.npos) return std::string(literal);
   std::string value;
   for (std::size_t i = 0; i < literal.size(); ++i) {
     value += literal[i];

@@ -4,13 +4,16 @@
 // them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "oci/mariadb/sql/NotedWords.h"
+
 namespace ocimaria::sql {
 
-enum class TokenKind {
+enum class TokenKind : std::uint8_t {
   kWord,         // a name or keyword, unquoted
   kQuotedName,   // "Name", quotes included
   kString,       // '..', N'..', q'[..]', NQ'[..]', quotes and prefix included
@@ -21,12 +24,14 @@ enum class TokenKind {
 
 struct Token {
   TokenKind kind;
+  NotedWord noted;        // of a word
   std::string_view gap;   // white space and comments before it
   std::string_view text;  // as written
 };
 
 struct TokenList {
   std::vector<Token> tokens;
+  NotedWords noted;       // those that occur
   std::string_view tail;  // white space and comments after the last token
 };
 

@@ -35,6 +35,11 @@ TEST(Rewrite, LeavesTextWithoutPeculiaritiesAsItStands) {
   }
 }
 
+TEST(Rewrite, KeepsTwoNamesThatTouchApart) {
+  EXPECT_EQ(Text("SELECT \"a\"\"b\",'c'\"d\" FROM t"), "SELECT \"a\" \"b\",'c'\"d\" FROM t");
+  EXPECT_EQ(Text("SELECT q'[a]'\"b\"\"c\" FROM t"), "SELECT 'a'\"b\" \"c\" FROM t");
+}
+
 TEST(Rewrite, TellsATextWithoutAWord) {
   for (const std::string_view sql : {"", "  \n ", "-- a", "/* a */ /* b */"})
     EXPECT_TRUE(Rewrite(sql).is_empty);
