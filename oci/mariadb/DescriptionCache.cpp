@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "oci/mariadb/DescriptionCache.h"
 
+#include <array>
 #include <cstdint>
 #include <mutex>
 #include <shared_mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "oci/mariadb/Describe.h"
 #include "oci/mariadb/TypeCache.h"
@@ -13,14 +17,48 @@
 namespace ocimaria {
 namespace {
 
+// What the server said of a column.
+struct SeenField {
+  explicit SeenField(const MYSQL_FIELD& field)
+      : schema(field.db, field.db_length),
+        table(field.org_table, field.org_table_length),
+        name(field.name, field.name_length),
+        column(field.org_name, field.org_name_length),
+        numbers(NumbersOf(field)) {}
+
+  bool Is(const MYSQL_FIELD& field) const {
+    return numbers == NumbersOf(field) && name == std::string_view(field.name, field.name_length) &&
+           column == std::string_view(field.org_name, field.org_name_length) &&
+           table == std::string_view(field.org_table, field.org_table_length) &&
+           schema == std::string_view(field.db, field.db_length);
+  }
+
+ private:
+  using Numbers = std::array<unsigned long, 5>;
+  static Numbers NumbersOf(const MYSQL_FIELD& field) {
+    return {field.length, field.flags, field.charsetnr, field.decimals, field.type};
+  }
+
+  std::string schema, table, name, column;
+  Numbers numbers;
+};
+
 struct Known {
   std::uint64_t generation;  // of the declared types
+  std::vector<SeenField> fields;
   std::shared_ptr<const Description> description;
+
+  bool IsOf(PreparedStatement& statement, std::uint64_t now) const {
+    if (generation != now || fields.size() != statement.FieldCount()) return false;
+    for (std::size_t i = 0; i < fields.size(); ++i)
+      if (!fields[i].Is(statement.Fields()[i])) return false;
+    return true;
+  }
 };
 
 struct Cache {
   std::shared_mutex mutex;
-  std::unordered_map<std::string, Known> descriptions;
+  std::unordered_map<std::string, Known> descriptions;  // the last one of each text on each server
 };
 
 Cache& TheCache() {
@@ -30,29 +68,17 @@ Cache& TheCache() {
 
 constexpr std::size_t kMostDescriptions = 1000;  // then it starts anew
 
-void AppendText(std::string& key, const char* text, unsigned length) {
-  key.append(reinterpret_cast<const char*>(&length), sizeof length);
-  key.append(text, length);
-}
-
-void AppendField(std::string& key, const MYSQL_FIELD& field) {
-  AppendText(key, field.db, field.db_length);
-  AppendText(key, field.org_table, field.org_table_length);
-  AppendText(key, field.name, field.name_length);
-  AppendText(key, field.org_name, field.org_name_length);
-  const std::uint64_t numbers[] = {field.length, std::uint64_t{field.flags} << 32 | field.charsetnr,
-                                   std::uint64_t{field.decimals} << 32 | static_cast<unsigned>(field.type)};
-  key.append(reinterpret_cast<const char*>(numbers), sizeof numbers);
-}
-
 std::string KeyOf(PreparedStatement& statement, std::string_view oracle_text) {
-  constexpr std::size_t kBytesPerField = 100;
-  std::string key = statement.Session().ServerName();
-  key.reserve(key.size() + oracle_text.size() + kBytesPerField * statement.FieldCount());
-  (key += '\n') += oracle_text;
-  key += '\0';
-  for (unsigned i = 0; i < statement.FieldCount(); ++i) AppendField(key, statement.Fields()[i]);
-  return key;
+  const std::string& server = statement.Session().ServerName();
+  std::string key;
+  key.reserve(server.size() + 1 + oracle_text.size());
+  return key.append(server).append(1, '\n').append(oracle_text);
+}
+
+Known Seen(PreparedStatement& statement, std::uint64_t generation,
+           std::shared_ptr<const Description> description) {
+  const MYSQL_FIELD* fields = statement.Fields();
+  return {generation, {fields, fields + statement.FieldCount()}, std::move(description)};
 }
 
 }  // namespace
@@ -65,13 +91,13 @@ std::shared_ptr<const Description> DescribeOrRecall(PreparedStatement& statement
   {
     std::shared_lock lock(cache.mutex);
     const auto known = cache.descriptions.find(key);
-    if (known != cache.descriptions.end() && known->second.generation == generation)
+    if (known != cache.descriptions.end() && known->second.IsOf(statement, generation))
       return known->second.description;
   }
   auto description = Describe(statement, oracle_text);
   std::unique_lock lock(cache.mutex);
   if (cache.descriptions.size() >= kMostDescriptions) cache.descriptions.clear();
-  cache.descriptions.insert_or_assign(std::move(key), Known{generation, description});
+  cache.descriptions.insert_or_assign(std::move(key), Seen(statement, generation, description));
   return description;
 }
 
