@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <optional>
+#include <thread>
 
 #include "core/LKConfig.h"
 #include "lkbench/Bench.h"
@@ -80,7 +81,9 @@ void PrintSummary(Bench& bench) {
     console.Statement("elapsed " + Fixed(static_cast<double>(bench.workload->measured.elapsed) / 1e9, 2) +
                       " s, " + Plural(static_cast<std::uint64_t>(bench.workload->users), "user") + ", " +
                       Plural(bench.workload->measured.total.failures, "failure"));
-    for (const std::string& doubt : Doubts(*bench.workload)) console.Statement("note: " + doubt);
+    console.Statement(ProcessorLine(bench.workload->measured));
+    for (const std::string& doubt : Doubts(*bench.workload, std::thread::hardware_concurrency()))
+      console.Statement("note: " + doubt);
   }
   if (bench.load || bench.workload) console.Statement("durability: " + DurabilityText(bench.server));
   const std::string problems = ProblemTable(bench.log.Lines());

@@ -54,6 +54,11 @@ std::string InTwo(std::vector<TextRow> rows) {
   return Aligned(counts) + "\n\n" + Aligned(rows);
 }
 
+// How many processors lkbench kept busy.
+double BusyProcessors(const Part& part) {
+  return part.elapsed == 0 ? 0 : static_cast<double>(part.processor) / static_cast<double>(part.elapsed);
+}
+
 bool IsOptimised() {
 #ifdef __OPTIMIZE__
   return true;
@@ -70,6 +75,15 @@ std::string WorkloadTable(const RunRecord& record, size_t columns) {
   return table.find('\n') <= columns ? table : InTwo(rows);
 }
 
+std::string ProcessorLine(const Part& part) {
+  std::string line = "lkbench itself: " + Fixed(BusyProcessors(part), 2) + " processors";
+  if (part.total.executions > 0)
+    line += ", " +
+            Fixed(static_cast<double>(part.processor) / 1e3 / static_cast<double>(part.total.executions), 1) +
+            " us an execution";
+  return line;
+}
+
 std::string ProblemTable(const std::vector<ProblemLine>& problems) {
   std::string text;
   for (const ProblemLine& problem : problems) {
@@ -79,7 +93,8 @@ std::string ProblemTable(const std::vector<ProblemLine>& problems) {
   return text;
 }
 
-std::vector<std::string> Doubts(const RunRecord& record) {
+std::vector<std::string> Doubts(const RunRecord& record, unsigned processors) {
+  constexpr double kBusy = 0.8;  // beyond that the database waits for lkbench, too
   std::vector<std::string> doubts;
   if (!IsOptimised())
     doubts.emplace_back("lkbench was built without optimisation: its figures are not representative");
@@ -89,6 +104,9 @@ std::vector<std::string> Doubts(const RunRecord& record) {
   if (record.given_up_users > 0)
     doubts.push_back(Plural(static_cast<std::uint64_t>(record.given_up_users), "user") + " of " +
                      std::to_string(record.users) + " had a call that never came back and were given up");
+  if (BusyProcessors(record.measured) > kBusy * processors)
+    doubts.push_back("lkbench itself kept " + Fixed(BusyProcessors(record.measured), 2) + " of " +
+                     std::to_string(processors) + " processors busy: it may be what limits the figures");
   std::vector<std::string> few;
   for (const XactTotals& totals : record.measured.xacts)
     if (totals.response.Count() > 0 && totals.response.Count() < 100) few.push_back(totals.name);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <toml++/toml.h>
+#include <thread>
 
 #include <sstream>
 
@@ -75,7 +76,7 @@ RunFacts FactsOf(Bench& bench, const Layers& layers, const Target& target, const
   if (bench.workload) {
     facts.workload = &*bench.workload;
     facts.limits = Judge(bench.job.limits, bench.workload->measured);
-    facts.notes = Doubts(*bench.workload);
+    facts.notes = Doubts(*bench.workload, std::thread::hardware_concurrency());
   }
   return facts;
 }

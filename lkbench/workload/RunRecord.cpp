@@ -38,6 +38,7 @@ void TableTotals::Add(const TableTotals& other) {
 
 void Part::Add(const Part& other) {
   elapsed += other.elapsed;
+  processor += other.processor;
   total.Add(other.total);
   if (xacts.empty()) xacts.resize(other.xacts.size());
   for (std::size_t i = 0; i < other.xacts.size(); ++i) {

@@ -62,6 +62,8 @@ struct TableTotals : Tally {
 
 struct Part {
   std::uint64_t elapsed = 0;
+  std::uint64_t processor =
+      0;  // time that all threads of this process computed meanwhile, system calls included
   XactTotals total;
   std::vector<XactTotals> xacts;    // the same transactions in the same order in every Part of a run
   std::vector<TableTotals> tables;  // those that were used, by number; none of a warm-up

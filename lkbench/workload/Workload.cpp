@@ -2,6 +2,7 @@
 #include "lkbench/workload/Workload.h"
 
 #include <algorithm>
+#include <ctime>
 
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
@@ -29,6 +30,12 @@ std::vector<XactTotals> NamesOf(const WorkloadUser& user) {
     xact.id = share->xact->GetXactID();
   }
   return names;
+}
+
+std::uint64_t ProcessorTime() {
+  timespec used{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return static_cast<std::uint64_t>(used.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(used.tv_nsec);
 }
 
 bool IsNear(TimePoint moment, TimePoint end) { return moment > end - kSnap && moment < end + kSnap; }
@@ -89,6 +96,7 @@ void Workload::RunPhase(size_t number, TimePoint begin, const Tick& tick) {
   m_context.notes.NoteEvent(EventKind::kPhase, begin, begin, 0, settings.name);
   m_cutter.BeginPhase();
   m_last_cut = begin;
+  m_processor.begin = m_processor.warm_up_end = ProcessorTime();
   m_conductor.Begin(phase);
   Conduct(*phase, tick);
   Cut(*phase, std::max(m_conductor.LastEnd(), m_last_cut), tick);
@@ -102,8 +110,10 @@ void Workload::Conduct(RunningPhase& phase, const Tick& tick) {
     const TimePoint now = Clock::now();
     EnforceEnd(phase.run, now);
     if (now < next) continue;
-    if (next == warm_up_end)
+    if (next == warm_up_end) {
+      m_processor.warm_up_end = ProcessorTime();
       m_context.notes.NoteEvent(EventKind::kWarmUpEnd, next, next, 0, phase.run.Settings().name);
+    }
     Cut(phase, next, tick);
     next = NextCut(phase.run);
   }
@@ -170,14 +180,18 @@ void Workload::GiveUpAll() {
 void Workload::Close(RunningPhase& phase) {
   PhaseRecord& record = m_record.phases.back();
   const TimePoint end = m_conductor.LastEnd();
+  const std::uint64_t processor = ProcessorTime();
+  if (end < phase.run.WarmUpEnd()) m_processor.warm_up_end = processor;
   const TimePoint warm_up_end = std::min(phase.run.WarmUpEnd(), end);
   record.warm_up_end = m_context.notes.Offset(warm_up_end);
   record.end = m_context.notes.Offset(end);
   record.warm_up = phase.stats.WarmUp();
   record.warm_up.elapsed = Between(phase.run.Begin(), warm_up_end);
+  record.warm_up.processor = m_processor.warm_up_end - m_processor.begin;
   record.measured = phase.stats.Measured();
   record.measured.tables = phase.tables.Totals(m_context.columns);
   record.measured.elapsed = Between(warm_up_end, end);
+  record.measured.processor = processor - m_processor.warm_up_end;
   record.user_executions = phase.stats.UserExecutions();
   record.forgotten = phase.run.Forgotten();
 }

@@ -20,6 +20,12 @@
 
 namespace lkbench {
 
+// What the process had computed when a phase began and when its warm-up ended.
+struct ProcessorMarks {
+  std::uint64_t begin = 0;  // ns
+  std::uint64_t warm_up_end = 0;
+};
+
 // How long after a deadline, or a cancel, calls may still run before they are broken off, and how long after
 // that before their users are given up.
 struct Patience {
@@ -61,6 +67,7 @@ class Workload {
   IntervalCutter m_cutter;
   RunRecord m_record;
   TimePoint m_last_cut{};
+  ProcessorMarks m_processor;
   TimePoint m_cancelled{};                 // when the cancel was noticed
   TimePoint m_broken{};                    // when calls were broken off last
   std::unique_ptr<UserThreads> m_threads;  // after what they use

@@ -67,10 +67,26 @@ TEST(Report, OnlyProblemsThatCameAgainAreRepeatedAtTheEnd) {
 TEST(Report, FewExecutionsAndLostUsersRaiseDoubts) {
   RunRecord result = TwoTransactions();
   result.lost_users = 1;
-  const std::vector<std::string> doubts = Doubts(result);
+  const std::vector<std::string> doubts = Doubts(result, 2);
   EXPECT_THAT(doubts, testing::Contains(HasSubstr("1 user of 2 lost the session")));
   EXPECT_THAT(doubts, testing::Contains(
                           HasSubstr("p99 of fewer than 100 executions is their maximum: Insert, Delete")));
+}
+
+TEST(Report, AClientThatKeepsTheMachineBusyRaisesADoubt) {
+  RunRecord result = TwoTransactions();
+  result.measured.processor = 3'200'000'000;
+  EXPECT_THAT(Doubts(result, 2), testing::Not(testing::Contains(HasSubstr("processors busy"))));
+  result.measured.processor = 3'300'000'000;
+  EXPECT_THAT(Doubts(result, 2),
+              testing::Contains(HasSubstr("lkbench itself kept 1.65 of 2 processors busy")));
+}
+
+TEST(Report, TheProcessorTimeIsToldPerExecution) {
+  RunRecord result = TwoTransactions();
+  result.measured.processor = 500'000;
+  EXPECT_EQ(ProcessorLine(result.measured), "lkbench itself: 0.00 processors, 125.0 us an execution");
+  EXPECT_EQ(ProcessorLine(Part{}), "lkbench itself: 0.00 processors");
 }
 
 TEST(ErrorLog, EqualProblemsAreOneLineWithACount) {

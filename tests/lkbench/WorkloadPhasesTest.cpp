@@ -189,6 +189,46 @@ TEST_F(WorkloadTest, UsersThinkBetweenExecutions) {
   EXPECT_GE(Run({phase}).elapsed, 15'000'000u);
 }
 
+// Computes until this thread has done so for that long.
+void Compute(std::chrono::milliseconds wanted) {
+  const auto used = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+  };
+  for (const auto until = used() + wanted; used() < until;) continue;
+}
+
+TEST_F(WorkloadTest, WhatThisProcessComputedIsToldByPhase) {
+  m_work.resize(1);
+  Add(0, {1}, [this](FakeXact& xact) {
+    Compute(m_calls++ == 0 ? 60ms : 20ms);
+    return OneRow(xact);
+  });
+  Phase phase = Long();
+  phase.count = 1;
+  const RunRecord record = Run({phase, phase});
+  EXPECT_GE(record.phases[0].measured.processor, 60'000'000u);
+  EXPECT_GE(record.phases[1].measured.processor, 20'000'000u);
+  EXPECT_EQ(record.phases[0].warm_up.processor, 0u);
+  EXPECT_EQ(record.measured.processor,
+            record.phases[0].measured.processor + record.phases[1].measured.processor);
+}
+
+TEST_F(WorkloadTest, WhatAWarmUpComputedIsToldApart) {
+  m_work.resize(1);
+  Add(0, {1}, [this](FakeXact& xact) {
+    if (m_calls++ == 0) Compute(60ms);
+    return OneRow(xact);
+  });
+  Phase phase = Long();
+  phase.warm_up = 10ms;
+  phase.count = 1;
+  const RunRecord record = Run({phase});
+  EXPECT_GE(record.phases[0].warm_up.processor + record.phases[0].measured.processor, 60'000'000u);
+  EXPECT_GT(record.phases[0].warm_up.processor, 0u);
+}
+
 TEST_F(WorkloadTest, EveryIntervalIsShownOnce) {
   AddToAll({1}, OneRow);
   Phase phase = Long();
