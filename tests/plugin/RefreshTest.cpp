@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the refresh of the tables deletes and tells, and whose tables it takes.
 #include "Benchmarks/CREP_ORA8/REP_RefreshTables_ORA8.h"
+#include "ForeignDriver.h"
 #include "SchemaFixture.h"
 
 namespace {
@@ -107,6 +108,22 @@ TEST_F(RefreshTable, ACancelDoesNotStopATruncate) {
   m_xact.RequestCancel();
   EXPECT_EQ(Run(), 1);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre("TRUNCATE TABLE LK_REP_TABLE1"));
+}
+
+TEST_F(RefreshTable, ACancelledDeleteIsASuccessThatDeletedNothing) {
+  SetScales(1, 2);
+  EXPECT_EQ(Prepare1(), 1);
+  m_xact.RequestCancel();
+  EXPECT_EQ(m_xact.CREP_Refresh_Base::Execute(), 1);
+  EXPECT_THAT(Oci().ExecutedSql(), IsEmpty());
+}
+
+TEST_F(RefreshTable, ADriverOfAnotherKindIsAFailure) {
+  scripted::ForeignDriver foreign;
+  SetScales(1, 2);
+  EXPECT_EQ(Prepare1(), 1);
+  m_xact.SetDriver(&foreign);
+  EXPECT_EQ(m_xact.CREP_Refresh_Base::Execute(), 0);
 }
 
 TEST_F(RefreshTable, TablesAreDealtRoundRobin) {
