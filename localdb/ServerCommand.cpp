@@ -86,8 +86,9 @@ CommandLine ServeCommand(const Folder& folder, const Options& options) {
 
 CommandLine CreateCommand(const Folder& folder, const Settings& settings) {
   Texts arguments = CommonArguments(folder);
-  Append(arguments, {"--datadir=" + folder.NewData().string(), "--bootstrap", "--enforce-storage-engine=",
-                     "--log-warnings=0", "--skip-networking", LogSizeArgument(settings)});
+  Append(arguments, {"--datadir=" + folder.NewData().string(), "--bootstrap",
+                     "--enforce-storage-engine=", "--log-warnings=0", "--skip-networking",
+                     "--loose-debug-no-sync", LogSizeArgument(settings)});
   return {std::move(arguments), ServerEnvironment()};
 }
 

@@ -32,7 +32,7 @@ class CommandLine {
 CommandLine ServeCommand(const Folder& folder, const Options& options);
 
 // The server that reads SQL from its standard input into the new data folder and ends. The log gets the size
-// that the first start will want.
+// that the first start will want. Nothing is flushed to the disk: whoever keeps the data does that.
 CommandLine CreateCommand(const Folder& folder, const Settings& settings);
 
 }  // namespace localdb
