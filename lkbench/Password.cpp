@@ -21,6 +21,7 @@ class SilentTerminal {
       throw UsageError("password: there is no terminal to ask on: use env:NAME or file:PATH");
     termios silent = m_before;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
+    silent.c_cc[VEOL] = kInterruptKey;  // ends a line, so that it is read at once
     tcsetattr(m_file, TCSAFLUSH, &silent);
   }
   ~SilentTerminal() {
