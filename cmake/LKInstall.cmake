@@ -29,7 +29,7 @@ set(pages ${CMAKE_BINARY_DIR}/lkbench/pages)  # made by the build from the progr
 install(FILES ${pages}/job-example.toml DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/lkbench/examples COMPONENT program)
 
 install(FILES ${pages}/lkbench.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
-install(FILES ${pages}/lkbench-job.5.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT program)
+install(FILES ${pages}/lkbench-job.5.gz ${pages}/lkbench-results.5.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT program)
 install(FILES ${pages}/lkbench DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
 install(FILES ${pages}/_lkbench DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT program)
 

@@ -10,6 +10,7 @@
 #include "lkbench/Bench.h"
 #include "lkbench/CommandLine.h"
 #include "lkbench/Ddl.h"
+#include "lkbench/DryRun.h"
 #include "lkbench/Failure.h"
 #include "lkbench/HostSetUp.h"
 #include "lkbench/Inspect.h"
@@ -18,6 +19,7 @@
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextVerbs.h"
+#include "lkbench/options/TomlText.h"
 #include "lkbench/results/ResultVerbs.h"
 #include "lkbench/results/RunResults.h"
 #include "localdb/LocalServer.h"
@@ -114,6 +116,15 @@ void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
 // taken down under them. A private server is stopped by its keeper.
 [[noreturn]] void LeaveAtOnce(int code) { std::_Exit(code); }
 
+// Sessions that the database does not let end are left behind, with the process.
+void EndSessions(UserPool& users, const Job& job, Console& console, int code) {
+  const std::chrono::nanoseconds patience = job.break_after + job.give_up_after;
+  if (users.Close(patience)) return;
+  console.Problem("the sessions cannot be ended in order: the database has not answered for " +
+                  DurationText(patience));
+  LeaveAtOnce(code);
+}
+
 // Runs the verb; what it throws becomes its one line and the exit code.
 int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Database& database) {
   int code = kDone;
@@ -138,6 +149,10 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   RequireLocalTarget(job, target);
   const Layers layers(target.kind, {job.oci, job.plugin});
   const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
+  if (invocation.dry_run) {
+    console.Result(DryRunText(invocation, target));
+    return kDone;
+  }
   LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
   RunResults results(invocation, console);
   const Database database(target, job);
@@ -146,15 +161,15 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   CallBreaker breaker;
   UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
   const SignalWatch signals(cancel, breaker, console);
-  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}};
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false};
   if (verb == "check") {
     LearnSettings(bench, target.kind, database);
     console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
                              bench.server));
+    EndSessions(users, job, console, kDone);
     return kDone;
   }
   int code = RunVerb(bench, verb, target.kind, database);
-  const bool is_stuck = bench.workload && bench.workload->given_up_users > 0;
   try {
     if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
       console.Problem(reason);
@@ -163,11 +178,12 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
     facts.exit_code = code;
     results.Write(std::move(facts));
   } catch (const Failure& failure) {
-    if (!is_stuck) throw;
+    if (!bench.is_stuck) throw;
     console.Problem(failure.what());
     code = failure.Code();
   }
-  if (is_stuck) LeaveAtOnce(code);
+  if (bench.is_stuck) LeaveAtOnce(code);
+  EndSessions(users, job, console, code);
   return code;
 }
 
@@ -196,7 +212,7 @@ int RunApp(int argc, const char* const* argv) {
     }
     if (RunTextVerb(invocation, console)) return kDone;
     console.SetLevel(invocation.job.log_level);
-    if (RunResultVerb(invocation, console)) return kDone;
+    if (const auto code = RunResultVerb(invocation, console)) return *code;
     ErrorLog log(console);
     const HostSetUp host(console, log);
     return RunInvocation(invocation, console, log);

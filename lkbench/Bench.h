@@ -37,6 +37,7 @@ struct Bench {
   std::optional<ServerSettings> server;  // missing: not asked yet, or the target does not tell
   std::string server_version;            // empty until the verb has connected
   std::string failure;                   // the line of what ended the verb early
+  bool is_stuck = false;                 // calls never came back: their threads still use the sessions
 
   VirtualUser& Admin() { return users.First(); }
   bool IsSet(const char* key) const { return job.origins.contains(key); }

@@ -13,6 +13,7 @@
 
 #include "lkbench/options/Verbs.h"
 #include "lkbench/results/Limits.h"
+#include "lkbench/workload/Patience.h"
 #include "lkbench/workload/Phase.h"
 #include "lkbench/workload/Reconnection.h"
 #include "localdb/Settings.h"
@@ -28,6 +29,8 @@ struct ColumnType {
 };
 
 enum class LogLevel { kWarning, kInfo, kDebug };
+
+inline constexpr const char* kNoResults = "none";  // a folder of this name is ./none
 
 // A phase as a job gives it: what it does not set itself is the job's.
 struct JobPhase {
@@ -61,9 +64,12 @@ struct Job : Phase {
   OnDisconnect on_disconnect = OnDisconnect::kReconnect;
   std::chrono::nanoseconds reconnect_pause = Reconnection().first;
   std::chrono::nanoseconds reconnect_limit = Reconnection().longest;
+  std::chrono::nanoseconds call_timeout = Patience().call;  // 0: none
+  std::chrono::nanoseconds break_after = Patience().grace;
+  std::chrono::nanoseconds give_up_after = Patience().give_up;
   LogLevel log_level = LogLevel::kInfo;
   std::vector<Limit> limits;
-  std::string results;  // folder for the results; empty: a new one in lkbench-results
+  std::string results;  // folder for the results; empty: a new one in lkbench-results; kNoResults: none
   std::string json;     // file for the results, too; empty: none
   std::string plugin;   // file; empty: the one beside lkbench
   std::string oci;      // file; empty: the one that the target names

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What no single key can tell: settings that contradict each other. A message begins with the place of the
 // setting that was made on purpose and names the other's.
+#include <algorithm>
+#include <map>
 #include <random>
 
 #include "lkbench/Failure.h"
@@ -46,8 +48,42 @@ void CheckScale(const Job& job) {
                    ", which is no row: tables are created and loaded at a scale of 0.001 or more");
 }
 
+// A limit for what no phase does has nothing to measure and always fails.
+void CheckLimitedWork(const Job& job, const std::vector<Phase>& phases) {
+  const std::map<std::string, int Mix::*> weights = {
+      {"insert", &Mix::insert}, {"update", &Mix::update}, {"delete", &Mix::remove}};
+  for (const Limit& limit : job.limits) {
+    const auto weight = weights.find(limit.of);
+    if (weight == weights.end()) continue;
+    if (std::ranges::any_of(phases, [&](const Phase& phase) { return phase.mix.*weight->second > 0; }))
+      continue;
+    throw UsageError(OriginOf(job, "limits") + ": limit " + limit.name + " is for " + limit.of +
+                     ", which has no weight in any mix: nothing would be measured");
+  }
+}
+
+void CheckLimits(const Job& job) {
+  for (const Limit& most : job.limits)
+    for (const Limit& least : job.limits) {
+      const bool is_pair = most.of == least.of && most.what == least.what && most.unit == least.unit;
+      if (!is_pair || !most.below || least.below || least.bound < most.bound) continue;
+      if (least.bound == most.bound && most.or_equal && least.or_equal) continue;
+      throw UsageError(OriginOf(job, "limits") + ": limits " + most.name + most.asked + " and " + least.name +
+                       least.asked + " exclude each other");
+    }
+}
+
+// In a file that serves several targets it may stand.
+void CheckPassword(const Job& job) {
+  const bool is_local = job.target.empty() || job.target.starts_with("local:");
+  if (!is_local || OriginOf(job, "password") != "--password") return;
+  throw UsageError("--password: target is " + (job.target.empty() ? "local:" : job.target) + " (" +
+                   OriginOf(job, "target") + "), whose private server takes none: name another --target");
+}
+
 void CheckWork(const Job& job) {
-  PhasesOf(job);
+  CheckLimitedWork(job, PhasesOf(job));
+  CheckLimits(job);
   if (job.reconnect_pause <= job.reconnect_limit) return;
   Contradiction(job, "reconnect_pause", DurationText(job.reconnect_pause), "reconnect_limit",
                 DurationText(job.reconnect_limit), "pauses grow from the one to the other");
@@ -61,6 +97,7 @@ std::string OriginOf(const Job& job, const std::string& key) {
 }
 
 void CheckJob(const Job& job, Verbs verb) {
+  CheckPassword(job);
   CheckColumns(job);
   CheckTables(job, verb);
   if ((verb & kWorkVerbs) != 0) CheckWork(job);

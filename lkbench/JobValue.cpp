@@ -50,6 +50,15 @@ double JobValue::Real(double low) const {
   return parsed;
 }
 
+double JobValue::Percent() const {
+  const auto* text = std::get_if<std::string>(&value);
+  double percent = 0;
+  const bool is_share = text != nullptr && text->ends_with('%') &&
+                        ParseReal(std::string_view(*text).substr(0, text->size() - 1), percent);
+  if (!is_share || !(percent >= 0 && percent <= 1e6)) Refuse("a share in per cent is needed, such as 5%");
+  return percent;
+}
+
 bool JobValue::Boolean() const {
   if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
   const auto* text = std::get_if<std::string>(&value);

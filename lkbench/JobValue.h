@@ -23,6 +23,7 @@ struct JobValue {
   bool is_flag = false;  // text of a flag or variable: a reader may take it for a number
 
   std::int64_t Integer(std::int64_t low, std::int64_t high) const;
+  double Percent() const;         // at least 0, of a text such as 5%
   double Real(double low) const;  // finite and at least `low`
   bool Boolean() const;
   const std::string& Text() const;            // not empty, without control characters

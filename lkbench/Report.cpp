@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "lkbench/BuildFacts.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextTable.h"
 #include "lkbench/display/ProgressText.h"
@@ -59,14 +60,6 @@ double BusyProcessors(const Part& part) {
   return part.elapsed == 0 ? 0 : static_cast<double>(part.processor) / static_cast<double>(part.elapsed);
 }
 
-bool IsOptimised() {
-#ifdef __OPTIMIZE__
-  return true;
-#else
-  return false;
-#endif
-}
-
 }  // namespace
 
 std::string WorkloadTable(const RunRecord& record, size_t columns) {
@@ -96,7 +89,7 @@ std::string ProblemTable(const std::vector<ProblemLine>& problems) {
 std::vector<std::string> Doubts(const RunRecord& record, unsigned processors) {
   constexpr double kBusy = 0.8;  // beyond that the database waits for lkbench, too
   std::vector<std::string> doubts;
-  if (!IsOptimised())
+  if (!kIsOptimised)
     doubts.emplace_back("lkbench was built without optimisation: its figures are not representative");
   if (record.lost_users > 0)
     doubts.push_back(Plural(static_cast<std::uint64_t>(record.lost_users), "user") + " of " +

@@ -80,11 +80,21 @@ struct WorkloadRun {
                 *bench.job.run_seed,
                 {bench.job.on_disconnect, bench.job.reconnect_pause, bench.job.reconnect_limit},
                 ColumnCounts(bench)},
-        workload(users, phases, context) {}
+        workload(users, phases, context,
+                 {bench.job.break_after, bench.job.give_up_after, bench.job.call_timeout}) {}
 
   std::vector<WorkloadUser> users;
   RunContext context;
   Workload workload;
+};
+
+// The threads of users that were given up use it as long as they live.
+struct EndUnlessStuck {
+  bool& is_stuck;
+  void operator()(WorkloadRun* run) const {
+    is_stuck = run->workload.HasGivenUp();
+    if (!is_stuck) delete run;
+  }
 };
 
 // Rows are drawn from 1 .. 1000 * scale: above what is loaded there are none to find.
@@ -120,12 +130,10 @@ void RunWorkload(Bench& bench) {
   bench.console.Progress("workload: " + Plural(users.size(), "user") + ", " +
                          Plural(static_cast<std::uint64_t>(bench.job.tables), "table") + ", scale " +
                          Short(scale) + ", run seed " + std::to_string(*bench.job.run_seed));
-  auto run = std::make_unique<WorkloadRun>(bench, std::move(users), phases);
-  {
-    const StatusScope scope(bench.console);
-    bench.workload = run->workload.Run([&](const Progress& progress) { Show(bench.console, progress); });
-  }
-  if (bench.workload->given_up_users > 0) (void)run.release();  // their threads use it as long as they live
+  const std::unique_ptr<WorkloadRun, EndUnlessStuck> run(new WorkloadRun(bench, std::move(users), phases),
+                                                         EndUnlessStuck{bench.is_stuck});
+  const StatusScope scope(bench.console);
+  bench.workload = run->workload.Run([&](const Progress& progress) { Show(bench.console, progress); });
 }
 
 namespace {

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/Users.h"
 
+#include <future>
+#include <thread>
+
 #include "lkbench/Failure.h"
+#include "lkbench/HostSetUp.h"
 #include "lkbench/Text.h"
 
 namespace lkbench {
@@ -112,6 +116,22 @@ std::vector<VirtualUser*> UserPool::Open(int count) {
     users.push_back(m_users[static_cast<size_t>(number - 1)].get());
   }
   return users;
+}
+
+bool UserPool::Close(std::chrono::nanoseconds patience) {
+  auto ended = std::make_shared<std::promise<void>>();
+  const std::future<void> end = ended->get_future();
+  std::thread thread([users = std::move(m_users), ended]() mutable {
+    {
+      const ThreadLog log;
+      users.clear();
+    }
+    ended->set_value();
+  });
+  m_users.clear();
+  const bool is_ended = end.wait_for(patience) == std::future_status::ready;
+  is_ended ? thread.join() : thread.detach();
+  return is_ended;
 }
 
 }  // namespace lkbench

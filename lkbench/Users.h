@@ -3,6 +3,7 @@
 // belong to one thread at a time. UserPool opens them on the calling thread and closes them when it goes.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -73,6 +74,9 @@ class UserPool {
   VirtualUser& First() { return *Open(1).front(); }
   // The first `count` users, connected.
   std::vector<VirtualUser*> Open(int count);
+  // Ends all sessions. False when the database has not let them end within that time: then a thread of its
+  // own still waits for it, and what the pool was made from must live as long as the process.
+  bool Close(std::chrono::nanoseconds patience);
 
  private:
   DriverFactory m_new_driver;

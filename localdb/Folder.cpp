@@ -56,14 +56,27 @@ Folder::Folder(const fs::path& path) : m_path(Normal(path)) {
 
 void Folder::Prepare() const {
   MakeFolders(m_path);
+  CheckFolder();
+  chmod(m_path.c_str(), S_IRWXU);
+  if (access(m_path.c_str(), R_OK | W_OK | X_OK) != 0)
+    throw LocalServerError("cannot write in the folder " + Quoted(m_path) + ": " + std::strerror(errno));
+}
+
+void Folder::RequireUsable() const {
+  std::error_code unknown;
+  if (fs::exists(m_path, unknown)) return CheckFolder();
+  fs::path above = m_path.parent_path();
+  while (!fs::exists(above, unknown) && above.has_relative_path()) above = above.parent_path();
+  if (access((above / ".").c_str(), W_OK | X_OK) != 0)
+    throw LocalServerError("cannot create the folder " + Quoted(m_path) + ": " + std::strerror(errno));
+}
+
+void Folder::CheckFolder() const {
   std::error_code unknown;
   if (!fs::is_directory(m_path, unknown))
     throw LocalServerError(Quoted(m_path) + " is not a folder; a local database needs one of its own");
   CheckOwner();
   CheckContent();
-  chmod(m_path.c_str(), S_IRWXU);
-  if (access(m_path.c_str(), R_OK | W_OK | X_OK) != 0)
-    throw LocalServerError("cannot write in the folder " + Quoted(m_path) + ": " + std::strerror(errno));
 }
 
 void Folder::CheckOwner() const {

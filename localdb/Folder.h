@@ -20,6 +20,8 @@ class Folder {
   // Creates the folder when there is none and sees to it that only its owner may enter. Throws
   // LocalServerError when it cannot be made or written, belongs to somebody else or holds foreign files.
   void Prepare() const;
+  // Throws what Prepare would throw, as far as that can be told by looking. Makes and changes nothing.
+  void RequireUsable() const;
 
   const std::filesystem::path& Path() const { return m_path; }
   std::filesystem::path Data() const { return m_path / "data"; }
@@ -36,6 +38,7 @@ class Folder {
   std::filesystem::path ServerLock() const { return m_path / "server.lock"; }
 
  private:
+  void CheckFolder() const;
   void CheckOwner() const;
   void CheckContent() const;
 

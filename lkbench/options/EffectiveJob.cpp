@@ -17,7 +17,8 @@ void MakeAbsolute(std::string& file) {
 Job Placed(Job job) {
   const Target target = ParseTarget(job.target, OriginOf(job, "target"));
   if (target.kind == TargetKind::kLocal) job.target = "local:" + target.folder.string();
-  for (std::string* file : {&job.results, &job.json, &job.plugin, &job.oci}) MakeAbsolute(*file);
+  for (std::string* file : {&job.json, &job.plugin, &job.oci}) MakeAbsolute(*file);
+  if (job.results != kNoResults) MakeAbsolute(job.results);
   const std::string source = "file:";
   if (job.password.starts_with(source)) {
     std::string file = job.password.substr(source.size());

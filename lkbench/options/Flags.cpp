@@ -12,10 +12,14 @@ namespace {
 
 using enum Section;
 
+constexpr Verbs kActingVerbs = kDatabaseVerbs | kInitVerb | kReportVerb | kCompareVerb;  // connect or write
+
 // Not a constant of the file: it is made from the templates, which must be there first.
 const std::vector<Key<Invocation>>& Flags() {
   static const std::vector<Key<Invocation>> flags = {
       {"config", "FILE", "job file (TOML)", kGeneral, kJobVerbs, FileName(&Invocation::config), {}, 'c'},
+      {"dry_run", "", "say what would be done: nothing is connected to, started or written", kGeneral,
+       kActingVerbs, Switch(&Invocation::dry_run)},
       {"template", "NAME", "what the job is for: smoke, oltp, wide, many-tables, failover", kGeneral,
        kInitVerb, OneOf(&Invocation::job_template, TemplateNames())},
       {"output",
@@ -26,6 +30,9 @@ const std::vector<Key<Invocation>>& Flags() {
        FileName(&Invocation::output),
        {},
        'o'},
+      {"fail_over", "PERCENT",
+       "exit with 3 when a figure got worse by more than this, as 5%, and by more than noise", kOutput,
+       kCompareVerb, Percent(&Invocation::fail_over), "whatever differs, the exit code is 0"},
       {"html", "FILE", "write the comparison as a page", kOutput, kCompareVerb, FileName(&Invocation::html)},
       {"debug", "", "as --log-level debug", kOutput, kJobVerbs, Switch(&Invocation::debug)},
   };

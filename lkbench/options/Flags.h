@@ -3,6 +3,7 @@
 // one call of the program was told; a value.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -21,8 +22,10 @@ struct Invocation {
 
   std::string config;  // the job file
   bool debug = false;
+  bool dry_run = false;
   std::string output = "job.toml";  // the file that init writes
   int job_template = 0;             // index into TemplateNames
+  std::optional<double> fail_over;  // of a comparison: per cent by which a figure may get worse
   std::string html;                 // file for the page of a comparison; empty: none
   std::vector<std::string> words;   // the command line as it was given
 };

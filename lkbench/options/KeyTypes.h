@@ -40,6 +40,16 @@ KeyType<Owner> RealNumber(double Owner::*member, double low) {
           .toml = [=](const Owner& owner) { return Short(owner.*member); }};
 }
 
+// "5%"; may be left open.
+template <class Owner>
+KeyType<Owner> Percent(std::optional<double> Owner::*member) {
+  return {
+      .form = {},
+      .set = [=](Owner& owner, const JobValue& value) { owner.*member = value.Percent(); },
+      .toml =
+          [=](const Owner& owner) { return owner.*member ? TomlText(Short(*(owner.*member)) + "%") : ""; }};
+}
+
 template <class Owner>
 KeyType<Owner> TimeSpan(std::chrono::nanoseconds Owner::*member) {
   return {.form = {},

@@ -5,46 +5,11 @@
 #include "lkbench/Text.h"
 #include "lkbench/options/Flags.h"
 #include "lkbench/options/HelpText.h"
+#include "lkbench/options/Roff.h"
 #include "lkbench/options/Templates.h"
 
 namespace lkbench {
 namespace {
-
-// Text that roff prints as it stands.
-std::string Roff(const std::string& text) {
-  std::string quoted;
-  for (const char c : text) {
-    if (c == '\\')
-      quoted += "\\e";
-    else if (c == '-')
-      quoted += "\\-";
-    else if (c == '\'')
-      quoted += "\\(aq";
-    else if (c == '^')
-      quoted += "\\(ha";
-    else if (c == '~')
-      quoted += "\\(ti";
-    else if (c == '\n')
-      quoted += "\n\\&";
-    else
-      quoted += c;
-  }
-  return text.starts_with('.') ? "\\&" + quoted : quoted;
-}
-
-std::string Bold(const std::string& text) { return "\\fB" + Roff(text) + "\\fR"; }
-std::string Italic(const std::string& text) { return "\\fI" + Roff(text) + "\\fR"; }
-
-std::string Heading(const std::string& title) { return ".SH " + title + '\n'; }
-std::string Entry(const std::string& head, const std::string& text) {
-  return ".TP\n" + head + '\n' + text + '\n';
-}
-std::string Literal(const std::string& text) { return ".PP\n.nf\n.RS 4\n\\&" + Roff(text) + "\n.RE\n.fi\n"; }
-
-std::string Title(const char* name, int section, const char* manual) {
-  return std::string(".TH ") + name + ' ' + std::to_string(section) + " \"\" \"lkbench " + LKBENCH_VERSION +
-         "\" \"" + manual + "\"\n";
-}
 
 std::string UsedBy(Verbs verbs) {
   std::vector<std::string> names;
@@ -88,7 +53,7 @@ std::string BySection(const Line& lines) {
   std::string text;
   for (const Section section : kSections) {
     const std::string part = lines(section);
-    if (!part.empty()) text += std::string(".SS ") + SectionTitle(section) + '\n' + part;
+    if (!part.empty()) text += SubHeading(SectionTitle(section)) + part;
   }
   return text;
 }
@@ -104,7 +69,7 @@ std::string Examples() {
 
 std::string ProgramPage() {
   std::string text =
-      Title("LKBENCH", 1, "User Commands") + Heading("NAME") +
+      PageTitle("LKBENCH", 1, "User Commands") + Heading("NAME") +
       "lkbench \\- replication benchmark for databases that speak the Oracle Call Interface\n" +
       Heading("SYNOPSIS") + Bold("lkbench") + ' ' + Italic("VERB") + " [" + Italic("FLAGS") + "]\n" +
       Heading("DESCRIPTION") + Roff(ProgramDescription()) + '\n' + Heading("VERBS");
@@ -118,13 +83,15 @@ std::string ProgramPage() {
   text += Heading("SETTINGS") + Roff(SettingsText()) + '\n' + Heading("EXIT STATUS");
   for (const ExitStatus& status : ExitStatuses())
     text += Entry(Bold(std::to_string(status.code)), Roff(status.meaning) + '.');
-  return text + Heading("EXAMPLES") + Examples() + Heading("SEE ALSO") + Bold("lkbench-job") + "(5)\n";
+  return text + Heading("EXAMPLES") + Examples() + Heading("SEE ALSO") + Bold("lkbench-job") + "(5), " +
+         Bold("lkbench-results") + "(5)\n";
 }
 
 std::string JobPage() {
   std::string text =
-      Title("LKBENCH-JOB", 5, "File Formats") + Heading("NAME") + "lkbench\\-job \\- job file of lkbench\n" +
-      Heading("DESCRIPTION") + "A job file is TOML. It says what " + Bold("lkbench") +
+      PageTitle("LKBENCH-JOB", 5, "File Formats") + Heading("NAME") +
+      "lkbench\\-job \\- job file of lkbench\n" + Heading("DESCRIPTION") +
+      "A job file is TOML. It says what " + Bold("lkbench") +
       "(1) is to do and where. Every key may be left out; a key that is not known is an error. " +
       Bold("lkbench init") + " writes a commented file from one of these templates:\n";
   for (const JobTemplate& each : JobTemplates()) text += Entry(Bold(each.name), Roff(each.help) + '.');
@@ -138,7 +105,7 @@ std::string JobPage() {
          Literal(
              "target = \"local:/data/bench\"\nusers = 8\nduration = \"5m\"\nscale = 10\n"
              "mix = { insert = 60, update = 30, delete = 10 }") +
-         Heading("SEE ALSO") + Bold("lkbench") + "(1)\n";
+         Heading("SEE ALSO") + Bold("lkbench") + "(1), " + Bold("lkbench-results") + "(5)\n";
 }
 
 }  // namespace lkbench

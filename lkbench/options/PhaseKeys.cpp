@@ -7,6 +7,7 @@
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
 #include "lkbench/options/JobReaders.h"
+#include "lkbench/options/PhaseCheck.h"
 
 namespace lkbench {
 namespace {
@@ -166,9 +167,13 @@ void Copy(const Key<Phase>& key, const Phase& from, Phase& to) {
 
 Phase Completed(const Job& job, const JobPhase& phase, size_t number) {
   Phase complete = phase.own;
-  const int own_rank = Rank(job, "phase");
+  const auto is_inherited = [&](const std::string& key) {
+    return !phase.set.contains(key) || Rank(job, key) > Rank(job, "phase");
+  };
   for (const Key<Phase>& key : Keys())
-    if (!phase.set.contains(key.name) || Rank(job, key.name) > own_rank) Copy(key, job, complete);
+    if (is_inherited(key.name)) Copy(key, job, complete);
+  if (complete.rate == 0 && is_inherited("arrival"))
+    complete.arrival = Arrival::kFixed;  // no rate, no arrivals
   const bool has_duration = phase.set.contains("duration") || job.origins.contains("duration");
   if (complete.count > 0 && !has_duration) complete.duration = {};
   if (!phase.set.contains(kName.name)) complete.name = "phase " + std::to_string(number);
@@ -187,23 +192,6 @@ std::string PhasesText(const Job& job) {
   std::string text = "[\n";
   for (size_t i = 0; i < job.phases.size(); ++i) text += PhaseText(Completed(job, job.phases[i], i + 1));
   return text + "]";
-}
-
-void CheckPhase(const Phase& phase, const std::string& place) {
-  if (phase.duration.count() == 0 && phase.count == 0)
-    throw UsageError(place + ": " + Excerpt(phase.name) +
-                     " has neither a duration nor a count: it would never end");
-  if (phase.duration.count() > 0 && phase.ramp >= phase.warm_up + phase.duration)
-    throw UsageError(place + ": the ramp of " + Excerpt(phase.name) + " is " + DurationText(phase.ramp) +
-                     " but it ends after " + DurationText(phase.warm_up + phase.duration) +
-                     ": not all users would start");
-}
-
-// The place to name for a job without phases: of what was set on purpose.
-std::string PlaceOf(const Job& job) {
-  for (const char* key : {"ramp", "count", "duration"})
-    if (job.origins.contains(key)) return job.origins.at(key);
-  return "job";
 }
 
 }  // namespace
@@ -230,13 +218,10 @@ KeyType<Job> PhaseList() {
 
 std::vector<Phase> PhasesOf(const Job& job) {
   std::vector<Phase> phases;
-  for (const JobPhase& phase : job.phases) {
-    phases.push_back(Completed(job, phase, phases.size() + 1));
-    CheckPhase(phases.back(), phase.place);
-  }
-  if (!phases.empty()) return phases;
-  CheckPhase(job, PlaceOf(job));
-  return {job};
+  for (const JobPhase& phase : job.phases) phases.push_back(Completed(job, phase, phases.size() + 1));
+  if (phases.empty()) phases.push_back(job);
+  CheckPhases(job, phases);
+  return phases;
 }
 
 }  // namespace lkbench

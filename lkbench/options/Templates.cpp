@@ -51,7 +51,11 @@ const std::vector<JobTemplate>& Templates() {
         {"scale", "10"},
         {"users", "8"},
         {"duration", "\"10m\""},
-        {"mix", "{ insert = 50, update = 50, delete = 0 }"}}},
+        {"mix", "{ insert = 50, update = 50, delete = 0 }"},
+        {"on_disconnect", "\"reconnect\""},
+        {"reconnect_pause", "\"50ms\""},
+        {"reconnect_limit", "\"1s\""},
+        {"call_timeout", "\"30s\""}}},
   };
   return templates;
 }

@@ -58,6 +58,12 @@ void ReadNumber(Limit& limit, std::string text, const std::string& place) {
   if (is_share) limit.bound /= 100;
 }
 
+// A bound that nothing measured can keep.
+void RequireReach(const Limit& limit, const std::string& place) {
+  if (limit.below && !limit.or_equal && limit.bound == 0)
+    Refuse(place, "limit " + limit.name + " cannot be \"" + Excerpt(limit.asked) + "\": nothing is below 0");
+}
+
 }  // namespace
 
 const char* NameOf(LimitUnit unit) {
@@ -81,6 +87,7 @@ Limit ParseLimit(const std::string& name, const std::string& asked, const std::s
     ReadNumber(limit, text, place);
   else
     ReadTime(limit, text, place);
+  RequireReach(limit, place);
   return limit;
 }
 

@@ -27,6 +27,11 @@ std::string FileTime(std::chrono::system_clock::time_point moment) {
   return text;
 }
 
+[[noreturn]] void RefuseParent(const std::string& reason) {
+  throw UsageError("results: " + std::string(kParent) + " cannot be written: " + reason +
+                   "; --results DIR names another place");
+}
+
 fs::path MakeNew(const std::string& verb, std::chrono::system_clock::time_point started) {
   std::error_code error;
   fs::create_directories(kParent, error);
@@ -35,31 +40,71 @@ fs::path MakeNew(const std::string& verb, std::chrono::system_clock::time_point 
     const fs::path path = fs::path(kParent) / (number == 1 ? name : name + '-' + std::to_string(number));
     if (fs::create_directory(path, error)) return path;
   }
-  throw UsageError("results: " + std::string(kParent) + " cannot be written: " + error.message() +
-                   "; --results DIR names another place");
+  RefuseParent(error.message());
 }
 
-fs::path MakeAsked(const fs::path& path) {
+[[noreturn]] void RefuseToMake(const fs::path& path, const std::string& reason) {
+  throw UsageError("results: " + path.string() + " cannot be made: " + reason);
+}
+
+// That a folder which is there may take the files of a run.
+void RequireFree(const fs::path& path) {
   std::error_code error;
-  fs::create_directories(path, error);
-  if (error) throw UsageError("results: " + path.string() + " cannot be made: " + error.message());
   if (!fs::is_empty(path, error))
     throw UsageError("results: " + path.string() +
                      (error ? " cannot be read: " + error.message()
                             : " holds files already: name a new or an empty folder"));
   if (access(path.c_str(), W_OK) != 0)
     throw UsageError("results: " + path.string() + " cannot be written: " + ErrnoText());
+}
+
+fs::path MakeAsked(const fs::path& path) {
+  std::error_code error;
+  fs::create_directories(path, error);
+  if (error) RefuseToMake(path, error.message());
+  RequireFree(path);
   return path;
 }
 
+// What keeps entries from being made in a folder, or in the nearest one above it that is there; empty:
+// nothing.
+std::string WhyClosed(fs::path folder) {
+  std::error_code unknown;
+  folder = fs::absolute(folder).lexically_normal();
+  while (!fs::exists(folder, unknown) && folder.has_relative_path()) folder = folder.parent_path();
+  return access((folder / ".").c_str(), W_OK | X_OK) == 0 ? "" : ErrnoText();
+}
+
 }  // namespace
+
+void RequireResultsPlace(const std::string& asked) {
+  std::error_code unknown;
+  if (fs::is_directory(asked, unknown)) return RequireFree(asked);
+  const std::string reason = WhyClosed(asked.empty() ? kParent : asked);
+  if (!reason.empty()) asked.empty() ? RefuseParent(reason) : RefuseToMake(asked, reason);
+}
+
+std::string WhyNotWritable(const fs::path& file) {
+  std::error_code unknown;
+  if (fs::is_directory(file, unknown)) return std::generic_category().message(EISDIR);
+  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+  if (access((folder / ".").c_str(), W_OK | X_OK) != 0) return ErrnoText();
+  return fs::exists(file, unknown) && access(file.c_str(), W_OK) != 0 ? ErrnoText() : "";
+}
 
 ResultsFolder::ResultsFolder(const std::string& asked, const std::string& verb,
                              std::chrono::system_clock::time_point started)
     : m_path(asked.empty() ? MakeNew(verb, started) : MakeAsked(asked)) {}
 
 void ResultsFolder::Write(const std::string& name, std::string_view text) const {
-  WriteWhole(m_path / name, text);
+  const fs::path file = m_path / name;
+  std::error_code told_by_the_write;
+  fs::create_directories(file.parent_path(), told_by_the_write);
+  WriteWhole(file, text);
+}
+
+void RefuseToWrite(const fs::path& file, const std::string& reason) {
+  throw ResultsError("results: " + file.string() + " cannot be written: " + reason);
 }
 
 void WriteWhole(const fs::path& file, std::string_view text) {
@@ -72,7 +117,7 @@ void WriteWhole(const fs::path& file, std::string_view text) {
   if (!stream || error) {
     const std::string reason = error ? error.message() : ErrnoText();
     fs::remove(temporary, error);
-    throw ResultsError("results: " + file.string() + " cannot be written: " + reason);
+    RefuseToWrite(file, reason);
   }
 }
 

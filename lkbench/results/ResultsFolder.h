@@ -26,11 +26,19 @@ class ResultsFolder {
                 std::chrono::system_clock::time_point started);
 
   const std::filesystem::path& Path() const { return m_path; }
-  void Write(const std::string& name, std::string_view text) const;
+  void Write(const std::string& name, std::string_view text) const;  // a name may stand in a folder
 
  private:
   std::filesystem::path m_path;
 };
+
+// Throws what making this folder would throw, as far as that can be told by looking. Makes nothing.
+void RequireResultsPlace(const std::string& asked);
+// What keeps a file of this name from being written, as far as that can be told by looking; empty: nothing.
+std::string WhyNotWritable(const std::filesystem::path& file);
+
+[[noreturn]] void RefuseToWrite(const std::filesystem::path& file,
+                                const std::string& reason);  // ResultsError
 
 // Writes a file whole or not at all. Throws ResultsError.
 void WriteWhole(const std::filesystem::path& file, std::string_view text);

@@ -8,20 +8,13 @@
 #include <ctime>
 #include <thread>
 
+#include "lkbench/BuildFacts.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
 #include "lkbench/results/RecordJson.h"
 
 namespace lkbench {
 namespace {
-
-bool IsOptimised() {
-#ifdef __OPTIMIZE__
-  return true;
-#else
-  return false;
-#endif
-}
 
 Json HostJson() {
   utsname system{};
@@ -114,7 +107,7 @@ std::string UtcText(std::chrono::system_clock::time_point moment) {
 std::string RunFileText(const RunFacts& facts) {
   const Json json = {{"schema", "lkbench-run"},
                      {"schema_version", kRunSchemaVersion},
-                     {"lkbench", {{"version", LKBENCH_VERSION}, {"optimised", IsOptimised()}}},
+                     {"lkbench", {{"version", LKBENCH_VERSION}, {"optimised", kIsOptimised}}},
                      {"verb", facts.verb},
                      {"command", facts.command},
                      {"repeat", facts.repeat},

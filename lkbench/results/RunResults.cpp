@@ -5,6 +5,7 @@
 #include "lkbench/options/Verbs.h"
 #include "lkbench/results/Page.h"
 #include "lkbench/results/SeriesCsv.h"
+#include "lkbench/results/Spectra.h"
 
 namespace lkbench {
 namespace {
@@ -12,7 +13,9 @@ namespace {
 constexpr const char* kLog = "log.txt";
 constexpr const char* kJob = "effective.toml";
 
-bool LeavesFolder(const Invocation& invocation) { return (FindVerb(invocation.verb)->bit & kWorkVerbs) != 0; }
+bool LeavesFolder(const Invocation& invocation) {
+  return (FindVerb(invocation.verb)->bit & kWorkVerbs) != 0 && invocation.job.results != kNoResults;
+}
 
 // The job of this run for another one, which has results of its own.
 std::string JobText(Job job) {
@@ -33,17 +36,38 @@ std::vector<std::string> WithoutJson(const std::vector<std::string>& command) {
   return words;
 }
 
-// A file that cannot be written is known before the work, not after it.
-void RequireWritable(const std::string& file) {
-  if (!file.empty() && !std::ofstream(file, std::ios::app))
-    throw UsageError("json: " + file + " cannot be written");
+void RequireJson(const Invocation& invocation, bool is_writable) {
+  const std::string& file = invocation.job.json;
+  std::error_code unknown;
+  if (!is_writable) throw UsageError("json: " + file + " cannot be written");
+  if (std::filesystem::equivalent(file, invocation.config, unknown))
+    throw UsageError("json: " + file + " is the job file: name another one");
+}
+
+void WriteSpectra(const ResultsFolder& folder, const RunRecord& record) {
+  for (const SpectrumFile& file : SpectrumFiles(record)) folder.Write("hist/" + file.name, file.text);
 }
 
 }  // namespace
 
+std::string ResultPlaces(const Invocation& invocation) {
+  const std::string& json = invocation.job.json;
+  if (!json.empty()) RequireJson(invocation, WhyNotWritable(json).empty());
+  std::string text;
+  if (LeavesFolder(invocation)) {
+    const std::string& asked = invocation.job.results;
+    RequireResultsPlace(asked);
+    text = "run.json, series.csv, hist, report.html, effective.toml and log.txt in " +
+           (asked.empty() ? "lkbench-results/TIME-" + invocation.verb : asked);
+  }
+  if (!json.empty()) text += (text.empty() ? "" : "; ") + json;
+  return text;
+}
+
 RunResults::RunResults(const Invocation& invocation, Console& console)
     : m_invocation(invocation), m_console(console) {
-  RequireWritable(invocation.job.json);
+  const std::string& json = invocation.job.json;
+  if (!json.empty()) RequireJson(invocation, !!std::ofstream(json, std::ios::app));
   if (!LeavesFolder(invocation)) return;
   m_folder.emplace(invocation.job.results, invocation.verb, m_started);
   m_folder->Write(kJob, JobText(invocation.job));
@@ -79,7 +103,10 @@ void RunResults::Write(RunFacts facts) {
   if (!m_folder || facts.exit_code == kUsage) return;
   m_written = true;
   m_folder->Write("run.json", json);
-  if (facts.workload != nullptr) m_folder->Write("series.csv", SeriesCsv(*facts.workload));
+  if (facts.workload != nullptr) {
+    m_folder->Write("series.csv", SeriesCsv(*facts.workload));
+    WriteSpectra(*m_folder, *facts.workload);
+  }
   m_folder->Write("report.html", RunPage(json));
   m_console.Result("results  " + m_folder->Path().string());
 }

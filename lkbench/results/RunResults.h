@@ -44,6 +44,10 @@ class RunResults {
   bool m_written = false;
 };
 
+// The files that an invocation would write, in words; empty: none. Throws what RunResults would throw, as far
+// as that can be told by looking.
+std::string ResultPlaces(const Invocation& invocation);
+
 // What the bench has learnt and done; `shown` names the target. The exit code is for the caller to set.
 RunFacts FactsOf(Bench& bench, const Layers& layers, const Target& target, const std::string& shown);
 

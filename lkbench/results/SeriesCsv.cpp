@@ -6,10 +6,36 @@
 namespace lkbench {
 namespace {
 
-constexpr const char* kHead =
-    "begin_ns,end_ns,phase,warm_up,users,backlog,transaction,executions,failures,rows,undone,"
-    "response_mean_ns,response_p50_ns,response_p95_ns,response_p99_ns,response_p999_ns,response_max_ns,"
-    "service_mean_ns,service_p50_ns,service_p95_ns,service_p99_ns,service_p999_ns,service_max_ns\n";
+constexpr SeriesColumn kColumns[] = {
+    {"begin_ns", "when the interval began, counted from the common start of the users"},
+    {"end_ns", "when it ended"},
+    {"phase", "the name of its phase"},
+    {"warm_up", "1: of the warm-up, which is not counted; 0: measured"},
+    {"users", "at work when it ended"},
+    {"backlog", "executions that were due and had not begun when it ended; 0 without a rate"},
+    {"transaction", "the name of the transaction, or total"},
+    {"executions", "failures included"},
+    {"failures", "those that failed"},
+    {"rows", "rows inserted, updated or deleted"},
+    {"undone", "succeeded, but rolled back with a later failure before their common commit"},
+    {"response_mean_ns", "response time of those that succeeded"},
+    {"response_p50_ns", "its percentiles; 0 where nothing succeeded"},
+    {"response_p95_ns", ""},
+    {"response_p99_ns", ""},
+    {"response_p999_ns", ""},
+    {"response_max_ns", "the middle of the bucket of the longest one"},
+    {"service_mean_ns", "service time, likewise"},
+    {"service_p50_ns", ""},
+    {"service_p95_ns", ""},
+    {"service_p99_ns", ""},
+    {"service_p999_ns", ""},
+    {"service_max_ns", ""}};
+
+std::string Head() {
+  std::string head;
+  for (const SeriesColumn& column : kColumns) head += (head.empty() ? "" : ",") + std::string(column.name);
+  return head + '\n';
+}
 
 // Quoted where a comma, a quote or a line end would be read as something else.
 std::string Field(const std::string& text) {
@@ -37,8 +63,10 @@ std::string Line(const std::string& interval, const std::string& name, const Xac
 
 }  // namespace
 
+std::span<const SeriesColumn> SeriesColumns() { return kColumns; }
+
 std::string SeriesCsv(const RunRecord& record) {
-  std::string text = kHead;
+  std::string text = Head();
   for (const Interval& each : record.intervals) {
     const PhaseRecord& phase = record.phases.at(each.phase);
     std::string interval = std::to_string(each.begin) + ',' + std::to_string(each.end) + ',' +

@@ -5,20 +5,39 @@
 
 namespace lkbench {
 
-Conductor::Conductor(int users) : m_unprepared(users) {
+Conductor::Conductor(int users) {
   for (int index = 0; index < users; ++index) m_users.insert(index);
+  m_unprepared = m_users;
 }
 
-void Conductor::Prepared(int users, const std::string& failure) {
+void Conductor::Prepared(int index, const std::string& failure) {
   const std::lock_guard lock(m_mutex);
-  if (m_failure.empty()) m_failure = failure;
-  m_unprepared -= users;
+  EndPreparation(index, failure);
+}
+
+void Conductor::Miss(int users, const std::string& failure) {
+  const std::lock_guard lock(m_mutex);
+  const int all = static_cast<int>(m_users.size());
+  for (int index = all - users; index < all; ++index) EndPreparation(index, failure);
+}
+
+void Conductor::EndPreparation(int index, const std::string& failure) {
+  if (m_unprepared.erase(index) > 0 && m_failure.empty()) m_failure = failure;
   m_changed.notify_all();
 }
 
-std::string Conductor::WaitUntilPrepared() {
+bool Conductor::WaitUntilPrepared(TimePoint moment) {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, [&] { return m_unprepared == 0; });
+  return m_changed.wait_until(lock, moment, [&] { return m_unprepared.empty(); });
+}
+
+std::vector<int> Conductor::Unprepared() const {
+  const std::lock_guard lock(m_mutex);
+  return {m_unprepared.begin(), m_unprepared.end()};
+}
+
+std::string Conductor::Failure() const {
+  const std::lock_guard lock(m_mutex);
   return m_failure;
 }
 
@@ -33,8 +52,9 @@ void Conductor::EndPhase(int index) {
   End(index);
 }
 
-void Conductor::Leave(int index) {
+void Conductor::Leave(int index, const std::string& failure) {
   const std::lock_guard lock(m_mutex);
+  EndPreparation(index, failure);
   m_users.erase(index);
   End(index);
 }

@@ -19,15 +19,20 @@ class Conductor {
  public:
   explicit Conductor(int users);
 
-  // So many users are prepared; `failure` (else empty) says why there will be no work.
-  void Prepared(int users, const std::string& failure);
+  // The user is prepared; `failure` (else empty) says why there will be no work.
+  void Prepared(int index, const std::string& failure);
+  // The last so many users will never be.
+  void Miss(int users, const std::string& failure);
   // Blocks until phase `number` begins. Null: there is none, or not for this user.
   std::shared_ptr<RunningPhase> WaitForPhase(int index, size_t number);
   void EndPhase(int index);
-  void Leave(int index);  // for good; also called for a user that is given up
+  // For good; also called for a user that is given up. One that was not prepared yet leaves `failure`.
+  void Leave(int index, const std::string& failure = {});
 
-  // The first failure, empty when all are prepared.
-  std::string WaitUntilPrepared();
+  // Whether all are prepared, or never will be; waits for that until the moment.
+  bool WaitUntilPrepared(TimePoint moment);
+  std::vector<int> Unprepared() const;
+  std::string Failure() const;  // the first one; empty when all are prepared
   void Begin(std::shared_ptr<RunningPhase> phase);
   // Whether all have ended the phase; waits for that until the moment.
   bool WaitForUsers(TimePoint moment);
@@ -38,10 +43,11 @@ class Conductor {
 
  private:
   void End(int index);
+  void EndPreparation(int index, const std::string& failure);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_changed;
-  int m_unprepared;
+  std::set<int> m_unprepared;
   std::string m_failure;
   std::set<int> m_users;    // that have not left
   std::set<int> m_at_work;  // in the phase

@@ -14,19 +14,36 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Counts a user as being at work while it lives.
-class ActiveScope {
+}  // namespace
+
+// Counts the user as being at work while it lives, or until it is given up.
+class UserWork::ActiveScope {
  public:
-  explicit ActiveScope(std::atomic<int>& active) : m_active(active) { ++m_active; }
-  ~ActiveScope() { --m_active; }
+  explicit ActiveScope(UserWork& work) : m_work(work) {
+    m_work.m_is_active = true;
+    ++m_work.m_context.active;
+  }
+  ~ActiveScope() { m_work.EndActivity(); }
   ActiveScope(const ActiveScope&) = delete;
   ActiveScope& operator=(const ActiveScope&) = delete;
 
  private:
-  std::atomic<int>& m_active;
+  UserWork& m_work;
 };
 
-}  // namespace
+// Marks a call that may not take for ever.
+class UserWork::CallScope {
+ public:
+  explicit CallScope(UserWork& work) : m_work(work) {
+    m_work.m_in_call_since = Clock::now().time_since_epoch().count();
+  }
+  ~CallScope() { m_work.m_in_call_since = 0; }
+  CallScope(const CallScope&) = delete;
+  CallScope& operator=(const CallScope&) = delete;
+
+ private:
+  UserWork& m_work;
+};
 
 // What a user draws: transactions by weight, and pauses. A stream of its own: the transactions' streams
 // choose tables and rows.
@@ -70,10 +87,21 @@ std::string UserWork::Prepare() {
 bool UserWork::PrepareAll(std::string& failure) {
   for (const auto& share : m_work.shares) {
     const std::string name = share->xact->GetName().ToChar();
+    const CallScope call(*this);
     if (Guarded(*m_work.user, name, [&] { return share->xact->PreBenchmark(); }) <= 0 && failure.empty())
       failure = "user " + std::to_string(Number()) + " failed (" + name + ", PreBenchmark)";
   }
   return failure.empty();
+}
+
+bool UserWork::GiveUp() {
+  if (m_given_up.exchange(true)) return false;
+  EndActivity();
+  return true;
+}
+
+void UserWork::EndActivity() {
+  if (m_is_active.exchange(false)) --m_context.active;
 }
 
 void UserWork::Finish() {
@@ -99,7 +127,7 @@ bool UserWork::RunPhase(RunningPhase& phase) {
 void UserWork::Repeat(RunningPhase& phase) {
   Draw draw(m_work, phase, m_context.seed);
   while (!m_given_up && (m_has_session || Reopen(phase))) {
-    const ActiveScope active(m_context.active);
+    const ActiveScope active(*this);
     while (m_has_session) {
       const auto slot = phase.run.Next();
       if (!slot || m_given_up) return;
@@ -115,8 +143,7 @@ void UserWork::RunSlot(RunningPhase& phase, const PhaseRun::Slot& slot, size_t c
   const auto before = std::accumulate(m_uncommitted.begin(), m_uncommitted.end(), std::uint64_t{0});
   TakeTable();
   const bool commits = before + 1 >= static_cast<std::uint64_t>(phase.run.Settings().commit_every);
-  const Execution execution = RunOnce(*m_work.user, *m_work.shares[chosen]->xact,
-                                      slot.is_scheduled ? slot.intended : TimePoint{}, commits);
+  const Execution execution = RunLimited(slot, chosen, commits);
   if (!execution.done) {
     Undo(phase);
     if (m_context.cancel.IsSet() || m_given_up) return;  // broken off, not failed
@@ -131,6 +158,12 @@ void UserWork::RunSlot(RunningPhase& phase, const PhaseRun::Slot& slot, size_t c
   const int table = TakeTable();
   phase.tables.Record(m_index, table, execution);
   if (execution.done && !commits) ++m_uncommitted_tables[table];
+}
+
+Execution UserWork::RunLimited(const PhaseRun::Slot& slot, size_t chosen, bool commits) {
+  const CallScope call(*this);
+  return RunOnce(*m_work.user, *m_work.shares[chosen]->xact, slot.is_scheduled ? slot.intended : TimePoint{},
+                 commits);
 }
 
 void UserWork::NoteFailure(const Execution& execution) {
@@ -151,6 +184,7 @@ void UserWork::EndWarmUp(RunningPhase& phase) {
 
 void UserWork::CommitRest(RunningPhase& phase) {
   if (std::ranges::all_of(m_uncommitted, [](std::uint64_t count) { return count == 0; })) return;
+  const CallScope call(*this);
   if (m_work.user->Driver().Commit() == 0) {
     m_work.user->RollBack();
     Undo(phase);

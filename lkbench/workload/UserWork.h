@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What one user's thread does in a workload: prepares its transactions, works through the phases, opens a
-// lost session again, and cleans up. One thread, except GiveUp.
+// lost session again, and cleans up. One thread, except where it says any.
 #pragma once
 
 #include <atomic>
@@ -37,13 +37,19 @@ class UserWork {
   bool RunPhase(RunningPhase& phase);
   void Finish();  // every PostBenchmark
 
-  void GiveUp() { m_given_up = true; }  // any thread: a call that comes back now does not count
+  // Any thread: from now on the user counts as gone. False when it did already.
+  bool GiveUp();
+  // Any thread: when the call that the user is in began; TimePoint{} when it is in none.
+  TimePoint InCallSince() const { return TimePoint(TimePoint::duration(m_in_call_since.load())); }
 
  private:
   class Draw;
+  class CallScope;
+  class ActiveScope;
 
   void Repeat(RunningPhase& phase);
   void RunSlot(RunningPhase& phase, const PhaseRun::Slot& slot, size_t chosen);
+  Execution RunLimited(const PhaseRun::Slot& slot, size_t chosen, bool commits);
   void NoteFailure(const Execution& execution);
   void EndWarmUp(RunningPhase& phase);
   void CommitRest(RunningPhase& phase);
@@ -52,12 +58,15 @@ class UserWork {
   bool Reopen(RunningPhase& phase);
   bool TryReopen();
   bool PrepareAll(std::string& failure);
+  void EndActivity();
   int Number() const { return m_work.user->Number(); }
 
   WorkloadUser& m_work;
   int m_index;
   RunContext& m_context;
   std::atomic<bool> m_given_up{false};
+  std::atomic<bool> m_is_active{false};  // counted in the context
+  std::atomic<TimePoint::rep> m_in_call_since{0};
   bool m_warms_up = false;
   bool m_has_session = true;
   bool m_is_lost = false;  // for good

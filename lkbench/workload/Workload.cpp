@@ -15,6 +15,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kInterval{1};
 constexpr std::chrono::milliseconds kSnap{500};  // a cut so near to the end of a part is made there
 constexpr std::chrono::milliseconds kBreakEvery{100};
+constexpr std::chrono::seconds kBreakCallEvery{1};     // leaves a broken call the time to roll back
 constexpr std::chrono::milliseconds kWatchEvery{100};  // for a cancel
 
 std::uint64_t Between(TimePoint begin, TimePoint end) {
@@ -49,7 +50,8 @@ Workload::Workload(std::vector<WorkloadUser>& users, std::vector<Phase> phases, 
       m_context(context),
       m_patience(patience),
       m_names(NamesOf(users.front())),
-      m_conductor(static_cast<int>(users.size())) {
+      m_conductor(static_cast<int>(users.size())),
+      m_calls_broken(users.size()) {
   for (size_t i = 0; i < users.size(); ++i)
     m_works.push_back(std::make_unique<UserWork>(users[i], static_cast<int>(i), context));
 }
@@ -57,8 +59,8 @@ Workload::Workload(std::vector<WorkloadUser>& users, std::vector<Phase> phases, 
 RunRecord Workload::Run(const Tick& tick) {
   m_threads = std::make_unique<UserThreads>(
       static_cast<int>(m_users.size()), [this](int index) { RunUser(index); },
-      [this](int missing) { m_conductor.Prepared(missing, "not all users could be started"); });
-  const std::string problem = m_conductor.WaitUntilPrepared();
+      [this](int missing) { m_conductor.Miss(missing, "not all users could be started"); });
+  const std::string problem = Prepare();
   const TimePoint origin = Clock::now();
   m_context.notes.SetOrigin(origin);
   TimePoint begin = origin;
@@ -73,9 +75,16 @@ RunRecord Workload::Run(const Tick& tick) {
   return Finished(origin);
 }
 
+// Why there will be no work; empty: all are prepared.
+std::string Workload::Prepare() {
+  while (!m_conductor.WaitUntilPrepared(Clock::now() + kWatchEvery))
+    Enforce(m_conductor.Unprepared(), PhaseRun::kNever);
+  return m_conductor.Failure();
+}
+
 void Workload::RunUser(int index) {
   UserWork& work = *m_works[static_cast<size_t>(index)];
-  m_conductor.Prepared(1, work.Prepare());
+  m_conductor.Prepared(index, work.Prepare());
   for (size_t number = 0; number < m_phases.size(); ++number) {
     const auto phase = m_conductor.WaitForPhase(index, number);
     if (phase == nullptr) break;
@@ -107,9 +116,8 @@ void Workload::Conduct(RunningPhase& phase, const Tick& tick) {
   const TimePoint warm_up_end = phase.run.WarmUpEnd();
   TimePoint next = NextCut(phase.run);
   while (!m_conductor.WaitForUsers(std::min(next, Clock::now() + kWatchEvery))) {
-    const TimePoint now = Clock::now();
-    EnforceEnd(phase.run, now);
-    if (now < next) continue;
+    Enforce(m_conductor.AtWork(), phase.run.Deadline());
+    if (Clock::now() < next) continue;
     if (next == warm_up_end) {
       m_processor.warm_up_end = ProcessorTime();
       m_context.notes.NoteEvent(EventKind::kWarmUpEnd, next, next, 0, phase.run.Settings().name);
@@ -149,32 +157,50 @@ void Workload::Cut(RunningPhase& phase, TimePoint now, const Tick& tick) {
           ends});
 }
 
-// The moment by which the users should have ended: the deadline, or when the run was cancelled.
-TimePoint Workload::LimitOf(const PhaseRun& run, TimePoint now) {
-  if (!m_context.cancel.IsSet()) return run.Deadline();
-  if (m_cancelled == TimePoint{}) m_cancelled = now;
-  return std::min(run.Deadline(), m_cancelled);
+// Sees to it that nobody waits for a call for ever. `users` are those that are waited for.
+void Workload::Enforce(const std::vector<int>& users, TimePoint deadline) {
+  const TimePoint now = Clock::now();
+  EnforceEnd(users, LimitOf(deadline, now), now);
+  if (m_patience.call.count() > 0)
+    for (const int index : users) EnforceCall(index, now);
 }
 
-void Workload::EnforceEnd(const PhaseRun& run, TimePoint now) {
-  const TimePoint limit = LimitOf(run, now);
+// The moment by which the users should have ended: the deadline, or when the run was cancelled.
+TimePoint Workload::LimitOf(TimePoint deadline, TimePoint now) {
+  if (!m_context.cancel.IsSet()) return deadline;
+  if (m_cancelled == TimePoint{}) m_cancelled = now;
+  return std::min(deadline, m_cancelled);
+}
+
+void Workload::EnforceEnd(const std::vector<int>& users, TimePoint limit, TimePoint now) {
   if (limit == PhaseRun::kNever || now < limit + m_patience.grace) return;
-  if (now >= limit + m_patience.grace + m_patience.give_up) return GiveUpAll();
+  if (now >= limit + m_patience.grace + m_patience.give_up) {
+    for (const int index : users) GiveUp(index);
+    return;
+  }
   if (now < m_broken + kBreakEvery) return;
   m_broken = now;
   m_context.breaker.BreakAll();
 }
 
-void Workload::GiveUpAll() {
-  for (const int index : m_conductor.AtWork()) {
-    m_works[static_cast<size_t>(index)]->GiveUp();
-    m_conductor.Leave(index);
-    ++m_record.given_up_users;
-    const TimePoint now = Clock::now();
-    m_context.notes.NoteEvent(EventKind::kUserGivenUp, now, now,
-                              m_users[static_cast<size_t>(index)].user->Number(),
-                              "its call does not come back");
-  }
+void Workload::EnforceCall(int index, TimePoint now) {
+  const auto place = static_cast<size_t>(index);
+  const TimePoint since = m_works[place]->InCallSince();
+  if (since == TimePoint{} || now < since + m_patience.call) return;
+  if (now >= since + m_patience.call + m_patience.give_up) return GiveUp(index);
+  if (now < m_calls_broken[place] + kBreakCallEvery) return;
+  m_calls_broken[place] = now;
+  m_users[place].user->Driver().Cancel();
+}
+
+void Workload::GiveUp(int index) {
+  const int number = m_users[static_cast<size_t>(index)].user->Number();
+  if (!m_works[static_cast<size_t>(index)]->GiveUp()) return;
+  m_conductor.Leave(index,
+                    "user " + std::to_string(number) + " has a call that does not come back (PreBenchmark)");
+  ++m_record.given_up_users;
+  const TimePoint now = Clock::now();
+  m_context.notes.NoteEvent(EventKind::kUserGivenUp, now, now, number, "its call does not come back");
 }
 
 void Workload::Close(RunningPhase& phase) {

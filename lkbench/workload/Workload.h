@@ -2,7 +2,8 @@
 // The measured part: the phases of a job, one after the other, over one set of users. All users begin a phase
 // together, draw transactions by weight and repeat them at the phase's pace until its time is over or its
 // count is reached. The deadline is absolute: a call that still runs some time after it is broken off, and a
-// user whose call does not come back even then is given up.
+// user whose call does not come back even then is given up. The same holds for a call that takes longer than
+// any may, at work or while a user is prepared, and after a cancel.
 //
 // The object belongs to the thread that made it; Run starts one thread a user. When users were given up,
 // their threads still use the object and what it was made from: it must live until the process ends (its
@@ -15,6 +16,7 @@
 #include "lkbench/Threads.h"
 #include "lkbench/workload/Conductor.h"
 #include "lkbench/workload/Intervals.h"
+#include "lkbench/workload/Patience.h"
 #include "lkbench/workload/Progress.h"
 #include "lkbench/workload/UserWork.h"
 
@@ -26,13 +28,6 @@ struct ProcessorMarks {
   std::uint64_t warm_up_end = 0;
 };
 
-// How long after a deadline, or a cancel, calls may still run before they are broken off, and how long after
-// that before their users are given up.
-struct Patience {
-  std::chrono::nanoseconds grace = std::chrono::seconds(5);
-  std::chrono::nanoseconds give_up = std::chrono::seconds(10);
-};
-
 class Workload {
  public:
   // `users` outlive the object; each has the same transactions in the same order, with a weight for each
@@ -41,8 +36,10 @@ class Workload {
            Patience patience = {});
 
   // Runs all phases, or until cancelled. `tick` is called on this thread about once a second and at the end
-  // of each part. Throws PrepareError when a user's PreBenchmark fails: then nothing has been measured.
+  // of each part. Throws PrepareError when a user's PreBenchmark fails, or its call does not come back: then
+  // nothing has been measured.
   RunRecord Run(const Tick& tick);
+  bool HasGivenUp() const { return m_record.given_up_users > 0; }  // after Run, however it ended
 
  private:
   void RunUser(int index);
@@ -50,9 +47,12 @@ class Workload {
   void Conduct(RunningPhase& phase, const Tick& tick);
   TimePoint NextCut(const PhaseRun& run) const;
   void Cut(RunningPhase& phase, TimePoint now, const Tick& tick);
-  void EnforceEnd(const PhaseRun& run, TimePoint now);
-  TimePoint LimitOf(const PhaseRun& run, TimePoint now);
-  void GiveUpAll();
+  std::string Prepare();
+  void Enforce(const std::vector<int>& users, TimePoint deadline);
+  void EnforceEnd(const std::vector<int>& users, TimePoint limit, TimePoint now);
+  void EnforceCall(int index, TimePoint now);
+  TimePoint LimitOf(TimePoint deadline, TimePoint now);
+  void GiveUp(int index);
   void Close(RunningPhase& phase);
   void WaitForThreads();
   RunRecord Finished(TimePoint origin);
@@ -70,6 +70,7 @@ class Workload {
   ProcessorMarks m_processor;
   TimePoint m_cancelled{};                 // when the cancel was noticed
   TimePoint m_broken{};                    // when calls were broken off last
+  std::vector<TimePoint> m_calls_broken;   // of each user, for taking too long
   std::unique_ptr<UserThreads> m_threads;  // after what they use
 };
 

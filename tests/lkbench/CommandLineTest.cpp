@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "TemporaryFolder.h"
-#include "lkbench/Failure.h"
+#include "Told.h"
 #include "lkbench/JobKeys.h"
 
 namespace lkbench {
@@ -14,46 +14,35 @@ namespace {
 
 using testing::HasSubstr;
 
-Invocation Read(const std::vector<std::string>& words) {
-  std::vector<const char*> arguments = {"lkbench"};
-  for (const std::string& word : words) arguments.push_back(word.c_str());
-  return ReadCommandLine(static_cast<int>(arguments.size()), arguments.data());
-}
-
 std::string Refusal(const std::vector<std::string>& words) {
-  try {
-    Read(words);
-  } catch (const UsageError& error) {
-    return error.what();
-  }
-  return "not refused";
+  return RefusalOf([&] { ReadWords(words); });
 }
 
 TEST(CommandLine, AVerbAloneHasTheDefaults) {
-  const Invocation invocation = Read({"run"});
+  const Invocation invocation = ReadWords({"run"});
   EXPECT_EQ(invocation.verb, "run");
   EXPECT_EQ(invocation.job.users, 2);
   EXPECT_TRUE(invocation.job.origins.empty());
 }
 
 TEST(CommandLine, FlagsStandBeforeOrBehindTheVerb) {
-  EXPECT_EQ(Read({"load", "--users", "3"}).job.users, 3);
-  EXPECT_EQ(Read({"--users=3", "load"}).job.users, 3);
+  EXPECT_EQ(ReadWords({"load", "--users", "3"}).job.users, 3);
+  EXPECT_EQ(ReadWords({"--users=3", "load"}).job.users, 3);
 }
 
 TEST(CommandLine, FlagsWinOverTheFile) {
   const test_support::TemporaryFolder folder;
   const std::string file = folder.Path() / "job.toml";
   std::ofstream(file) << "users = 5\nscale = 3\nuse_backup = true\n";
-  const Job job = Read({"run", "-c", file, "--users", "7", "--no-use-backup"}).job;
+  const Job job = ReadWords({"run", "-c", file, "--users", "7", "--no-use-backup"}).job;
   EXPECT_EQ(job.users, 7);
   EXPECT_EQ(job.scale, 3);
   EXPECT_FALSE(job.use_backup);
 }
 
 TEST(CommandLine, MixesAndColumnTypesAreReadFromFlags) {
-  const Job job = Read({"run", "--mix", "insert=1,delete=9", "--column-types", "NUMBER(10,2):3",
-                        "--column-types", "VARCHAR2(20):2:null"})
+  const Job job = ReadWords({"run", "--mix", "insert=1,delete=9", "--column-types", "NUMBER(10,2):3",
+                             "--column-types", "VARCHAR2(20):2:null"})
                       .job;
   EXPECT_EQ(job.mix.insert, 1);
   EXPECT_EQ(job.mix.update, 0);
@@ -64,7 +53,9 @@ TEST(CommandLine, MixesAndColumnTypesAreReadFromFlags) {
   EXPECT_TRUE(job.column_types[1].nullable);
 }
 
-TEST(CommandLine, DebugIsALogLevel) { EXPECT_EQ(Read({"run", "--debug"}).job.log_level, LogLevel::kDebug); }
+TEST(CommandLine, DebugIsALogLevel) {
+  EXPECT_EQ(ReadWords({"run", "--debug"}).job.log_level, LogLevel::kDebug);
+}
 
 TEST(CommandLine, AnUnknownFlagIsNamedWithTheNearest) {
   EXPECT_EQ(Refusal({"run", "--user", "3"}), "unknown flag --user: did you mean \"--users\"?");
@@ -111,14 +102,14 @@ TEST(CommandLine, AFormerNameLeadsToBothThatTookItsPlace) {
 
 TEST(CommandLine, DebugAgainstALogLevelFlagIsRefused) {
   EXPECT_THAT(Refusal({"run", "--debug", "--log-level", "warning"}), HasSubstr("--log-level says otherwise"));
-  EXPECT_EQ(Read({"run", "--debug", "--log-level", "debug"}).job.log_level, LogLevel::kDebug);
+  EXPECT_EQ(ReadWords({"run", "--debug", "--log-level", "debug"}).job.log_level, LogLevel::kDebug);
 }
 
 TEST(CommandLine, EveryVerbHasAShortFlagForHelp) {
   for (const VerbInfo& verb : AllVerbs()) {
-    const Invocation help = Read({verb.name, "-h"});
+    const Invocation help = ReadWords({verb.name, "-h"});
     EXPECT_EQ(help.verb, "");
-    EXPECT_EQ(help.answer, Read({"help", verb.name}).answer);
+    EXPECT_EQ(help.answer, ReadWords({"help", verb.name}).answer);
   }
 }
 

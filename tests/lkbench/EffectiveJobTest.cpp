@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "lkbench/JobFile.h"
+#include "Told.h"
 #include "lkbench/JobKeys.h"
 #include "lkbench/options/PhaseKeys.h"
 
@@ -15,23 +15,19 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-Job Read(const std::string& text, const std::string& path = "job.toml") {
-  Job job;
-  ReadJobText(job, text, path);
-  return job;
-}
-
 Job WithoutOrigins(Job job) {
   job.origins.clear();
   job.phases.clear();  // written complete: they are compared as what they mean
   return job;
 }
 
-Job WrittenAndRead(const Job& job) { return WithoutOrigins(Read(EffectiveJobText(job), "effective.toml")); }
+Job WrittenAndRead(const Job& job) {
+  return WithoutOrigins(ReadJob(EffectiveJobText(job), "effective.toml"));
+}
 
 // A job in which every key has a value that is not its default.
 Job Unusual() {
-  return Read(R"toml(
+  return ReadJob(R"toml(
 target = "local:/a b/\"c\"\\d"
 durability = "relaxed"
 buffer_pool = "64MiB"
@@ -54,8 +50,8 @@ run_seed = 11
 limits = { "insert.p99" = "<20ms", errors = "<1%" }
 results = "/tmp/a"
 count = 5000
-warm_up = "30s"
-ramp = 5
+warm_up = "1200ms"
+ramp = 2
 think = "10ms:50ms"
 rate = 0.5
 arrival = "poisson"
@@ -64,6 +60,9 @@ phase = [{ name = "base" }, { name = "burst", users = 64, duration = "1m" }]
 on_disconnect = "stop"
 reconnect_pause = "200ms"
 reconnect_limit = "2s"
+call_timeout = "30s"
+break_after = "1s"
+give_up_after = "3s"
 log_level = "debug"
 json = "/tmp/a.json"
 plugin = "/lib/p.so"
@@ -76,17 +75,17 @@ TEST(EffectiveJob, EveryKeyReadsBackAsItWas) {
   for (const JobKey& key : JobKeys())
     EXPECT_NE(key.type.toml(job), key.type.toml(Job())) << key.name << " is missing in this test's job";
   EXPECT_TRUE(WrittenAndRead(job) == WithoutOrigins(job)) << EffectiveJobText(job);
-  EXPECT_EQ(PhasesOf(Read(EffectiveJobText(job))), PhasesOf(job));
+  EXPECT_EQ(PhasesOf(ReadJob(EffectiveJobText(job))), PhasesOf(job));
 }
 
 TEST(EffectiveJob, DefaultsReadBackAsTheyWere) {
-  Job job = Read("target = \"local:/data/db\"");
+  Job job = ReadJob("target = \"local:/data/db\"");
   job.run_seed = 5;
   EXPECT_TRUE(WrittenAndRead(job) == WithoutOrigins(job)) << EffectiveJobText(job);
 }
 
 TEST(EffectiveJob, NamesTheOriginOfEverySetting) {
-  const std::string text = EffectiveJobText(Read("users = 3\n"));
+  const std::string text = EffectiveJobText(ReadJob("users = 3\n"));
   EXPECT_THAT(text, HasSubstr("\nusers = 3  # job.toml:1\n"));
   EXPECT_THAT(text, HasSubstr("\ntables = 4  # default\n"));
 }
@@ -99,8 +98,8 @@ TEST(EffectiveJob, LeavesOutWhatIsUnset) {
 TEST(EffectiveJob, HoldsNoFileThatDependsOnTheFolder) {
   const std::string here = std::filesystem::current_path();
   const std::string text = EffectiveJobText(
-      Read("target = \"local:db\"\npassword = \"file:pw\"\nresults = \"r\"\njson = \"a.json\"\nplugin = "
-           "\"p.so\"\noci = \"./o.so\""));
+      ReadJob("target = \"local:db\"\npassword = \"file:pw\"\nresults = \"r\"\njson = \"a.json\"\nplugin = "
+              "\"p.so\"\noci = \"./o.so\""));
   for (const char* line : {"target = \"local:%/db\"", "password = \"file:%/pw\"", "results = \"%/r\"",
                            "json = \"%/a.json\"", "plugin = \"%/p.so\"", "oci = \"%/o.so\""}) {
     std::string wanted = line;

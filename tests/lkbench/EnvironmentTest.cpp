@@ -7,8 +7,7 @@
 #include <fstream>
 
 #include "TemporaryFolder.h"
-#include "lkbench/CommandLine.h"
-#include "lkbench/Failure.h"
+#include "Told.h"
 
 namespace lkbench {
 namespace {
@@ -28,19 +27,8 @@ class SetVariable {
   const char* m_name;
 };
 
-Invocation Read(const std::vector<std::string>& words) {
-  std::vector<const char*> arguments = {"lkbench"};
-  for (const std::string& word : words) arguments.push_back(word.c_str());
-  return ReadCommandLine(static_cast<int>(arguments.size()), arguments.data());
-}
-
 std::string Refusal(const std::vector<std::string>& words) {
-  try {
-    Read(words);
-  } catch (const UsageError& error) {
-    return error.what();
-  }
-  return "not refused";
+  return RefusalOf([&] { ReadWords(words); });
 }
 
 TEST(Environment, WinsOverTheFileAndYieldsToFlags) {
@@ -48,7 +36,7 @@ TEST(Environment, WinsOverTheFileAndYieldsToFlags) {
   const std::string file = folder.Path() / "job.toml";
   std::ofstream(file) << "users = 5\nscale = 3\ntables = 9\n";
   const SetVariable users("LKBENCH_USERS", "6"), scale("LKBENCH_SCALE", "4");
-  const Job job = Read({"run", "-c", file, "--users", "7"}).job;
+  const Job job = ReadWords({"run", "-c", file, "--users", "7"}).job;
   EXPECT_EQ(job.users, 7);
   EXPECT_EQ(job.scale, 4);
   EXPECT_EQ(job.tables, 9);
@@ -63,13 +51,13 @@ TEST(Environment, NamesTheJobFile) {
   const std::string file = folder.Path() / "job.toml";
   std::ofstream(file) << "users = 5\n";
   const SetVariable config("LKBENCH_CONFIG", file);
-  EXPECT_EQ(Read({"run"}).job.users, 5);
+  EXPECT_EQ(ReadWords({"run"}).job.users, 5);
 }
 
 TEST(Environment, GivesEveryShapeOfValue) {
   const SetVariable mix("LKBENCH_MIX", "insert=1,delete=2"), backup("LKBENCH_USE_BACKUP", "true"),
       types("LKBENCH_COLUMN_TYPES", "NUMBER(10,2):3;VARCHAR2(20):1:null"), time("LKBENCH_DURATION", "5m");
-  const Job job = Read({"run"}).job;
+  const Job job = ReadWords({"run"}).job;
   EXPECT_EQ(job.mix, (Mix{1, 0, 2}));
   EXPECT_TRUE(job.use_backup);
   EXPECT_EQ(job.column_types,
@@ -84,14 +72,14 @@ TEST(Environment, AWrongValueNamesTheVariable) {
 
 TEST(Environment, ASwitchIsTrueOrFalse) {
   const SetVariable backup("LKBENCH_USE_BACKUP", "0");
-  EXPECT_FALSE(Read({"run"}).job.use_backup);
+  EXPECT_FALSE(ReadWords({"run"}).job.use_backup);
   const SetVariable wrong("LKBENCH_USE_BACKUP", "maybe");
   EXPECT_EQ(Refusal({"run"}), "LKBENCH_USE_BACKUP: cannot be \"maybe\": true or false is needed");
 }
 
 TEST(Environment, AVariableSetToNothingIsNotSet) {
   const SetVariable users("LKBENCH_USERS", ""), unknown("LKBENCH_USRS", "");
-  EXPECT_EQ(Read({"run"}).job.users, 2);
+  EXPECT_EQ(ReadWords({"run"}).job.users, 2);
 }
 
 TEST(Environment, AnUnknownVariableIsRefusedWithTheNearest) {
@@ -108,13 +96,14 @@ TEST(Environment, TheTableOfLkbenchsOwnIsNoVariable) {
 TEST(Environment, ThePasswordMayComeFromAVariableOfAnyName) {
   const SetVariable password("LKBENCH_MY_PASSWORD", "secret");
   EXPECT_THAT(Refusal({"run"}), HasSubstr("unknown variable LKBENCH_MY_PASSWORD"));
-  EXPECT_EQ(Read({"run", "--password", "env:LKBENCH_MY_PASSWORD"}).job.password, "env:LKBENCH_MY_PASSWORD");
+  EXPECT_EQ(ReadWords({"run", "--password", "env:LKBENCH_MY_PASSWORD"}).job.password,
+            "env:LKBENCH_MY_PASSWORD");
 }
 
 TEST(Environment, HelpAndVersionAskNothingOfIt) {
   const SetVariable users("LKBENCH_USRS", "3");
-  EXPECT_THAT(Read({"help"}).answer, HasSubstr("Verbs:"));
-  EXPECT_THAT(Read({"--version"}).answer, StartsWith("lkbench "));
+  EXPECT_THAT(ReadWords({"help"}).answer, HasSubstr("Verbs:"));
+  EXPECT_THAT(ReadWords({"--version"}).answer, StartsWith("lkbench "));
 }
 
 }  // namespace

@@ -49,7 +49,10 @@ class FakeDriver : public CDriverBase {
     if (refuses) HandleErrorMsg(L"no such server");
     return refuses ? 0 : 1;
   }
-  int Disconnect() override { return 1; }
+  int Disconnect() override {
+    if (m_disconnect) m_disconnect();
+    return 1;
+  }
   int IsConnected() const override { return 1; }
   int Commit() override {
     m_diary.Note("commit");
@@ -80,7 +83,8 @@ class FakeDriver : public CDriverBase {
     HandleError(&error);
   }
   std::atomic<int> m_bCommits{1};
-  int m_refusals = 0;  // of the sessions after the first
+  std::function<void()> m_disconnect;  // what ending a session does first
+  int m_refusals = 0;                  // of the sessions after the first
 
  private:
   Diary& m_diary;

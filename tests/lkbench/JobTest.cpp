@@ -3,9 +3,9 @@
 
 #include <set>
 
+#include "Told.h"
 #include "lkbench/ColumnTypes.h"
 #include "lkbench/Failure.h"
-#include "lkbench/JobFile.h"
 #include "lkbench/JobKeys.h"
 
 namespace lkbench {
@@ -15,33 +15,17 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-Job Read(const std::string& text) {
-  Job job;
-  ReadJobText(job, text, "job.toml");
-  return job;
-}
-
 // The one line that a text is refused with.
 std::string Refusal(const std::string& text) {
-  try {
-    Read(text);
-  } catch (const UsageError& error) {
-    return error.what();
-  }
-  return "not refused";
+  return RefusalOf([&] { ReadJob(text); });
 }
 
 std::string CheckRefusal(const Job& job, Verbs verb = kCreateVerb) {
-  try {
-    CheckJob(job, verb);
-  } catch (const UsageError& error) {
-    return error.what();
-  }
-  return "not refused";
+  return RefusalOf([&] { CheckJob(job, verb); });
 }
 
 TEST(JobFile, AnEmptyFileIsTheDefaults) {
-  const Job job = Read("");
+  const Job job = ReadJob("");
   EXPECT_EQ(job.users, 2);
   EXPECT_EQ(job.tables, 4);
   EXPECT_EQ(job.scale, 1);
@@ -50,7 +34,7 @@ TEST(JobFile, AnEmptyFileIsTheDefaults) {
 }
 
 TEST(JobFile, EveryKeyIsRead) {
-  const Job job = Read(R"toml(
+  const Job job = ReadJob(R"toml(
 target = "mariadb://u@h/s"
 password = "env:PW"
 durability = "relaxed"
@@ -69,6 +53,9 @@ phase = [{ name = "base" }]
 on_disconnect = "stop"
 reconnect_pause = "200ms"
 reconnect_limit = "2s"
+call_timeout = "30s"
+break_after = "1s"
+give_up_after = "3s"
 scale = 2.5
 tables = 7
 first_table = 3
@@ -135,6 +122,9 @@ oci = "o.so"
   EXPECT_EQ(job.on_disconnect, OnDisconnect::kStop);
   EXPECT_EQ(job.reconnect_pause, std::chrono::milliseconds(200));
   EXPECT_EQ(job.reconnect_limit, std::chrono::seconds(2));
+  EXPECT_EQ(job.call_timeout, std::chrono::seconds(30));
+  EXPECT_EQ(job.break_after, std::chrono::seconds(1));
+  EXPECT_EQ(job.give_up_after, std::chrono::seconds(3));
   EXPECT_EQ(job.origins.size(), JobKeys().size());
 }
 
@@ -232,38 +222,69 @@ TEST(JobFile, APasswordIsNeverTakenNorRepeated) {
 
 TEST(Job, AMinimumAboveTheMaximumIsRefusedWithBothPlaces) {
   EXPECT_EQ(
-      CheckRefusal(Read("min_columns = 9\nmax_columns = 8")),
+      CheckRefusal(ReadJob("min_columns = 9\nmax_columns = 8")),
       "job.toml:1: min_columns is 9 (job.toml:1) but max_columns is 8 (job.toml:2): the minimum may not be "
       "above the maximum");
-  EXPECT_THAT(CheckRefusal(Read("max_columns = 4")),
+  EXPECT_THAT(CheckRefusal(ReadJob("max_columns = 4")),
               StartsWith("job.toml:1: min_columns is 5 (default) but max_columns is 4 (job.toml:1): "));
-  EXPECT_EQ(CheckRefusal(Read("min_columns = 8\nmax_columns = 8")), "not refused");
+  EXPECT_EQ(CheckRefusal(ReadJob("min_columns = 8\nmax_columns = 8")), "not refused");
 }
 
 TEST(Job, AScaleWithoutARowIsForVerbsThatBuildNothing) {
   for (const char* text : {"scale = 0", "scale = 0.0009"}) {
     for (const Verbs verb : {kRunVerb, kCreateVerb, kLoadVerb})
-      EXPECT_THAT(CheckRefusal(Read(text), verb), HasSubstr("which is no row")) << text;
+      EXPECT_THAT(CheckRefusal(ReadJob(text), verb), HasSubstr("which is no row")) << text;
     for (const Verbs verb : {kRefreshVerb, kWorkloadVerb, kDropVerb})
-      EXPECT_EQ(CheckRefusal(Read(text), verb), "not refused") << text;
+      EXPECT_EQ(CheckRefusal(ReadJob(text), verb), "not refused") << text;
   }
-  EXPECT_EQ(CheckRefusal(Read("scale = 0.001")), "not refused");
+  EXPECT_EQ(CheckRefusal(ReadJob("scale = 0.001")), "not refused");
 }
 
 TEST(Job, AFirstTableBehindTheLastIsRefused) {
-  EXPECT_THAT(CheckRefusal(Read("first_table = 5\ntables = 4"), kLoadVerb),
+  EXPECT_THAT(CheckRefusal(ReadJob("first_table = 5\ntables = 4"), kLoadVerb),
               StartsWith("job.toml:1: first_table is 5 (job.toml:1) but tables is 4 (job.toml:2): "));
-  EXPECT_THAT(CheckRefusal(Read("first_table = 5")), HasSubstr("tables is 4 (default)"));
-  EXPECT_EQ(CheckRefusal(Read("first_table = 4")), "not refused");
+  EXPECT_THAT(CheckRefusal(ReadJob("first_table = 5")), HasSubstr("tables is 4 (default)"));
+  EXPECT_EQ(CheckRefusal(ReadJob("first_table = 4")), "not refused");
 }
 
 TEST(Job, TheNumberOfTablesThatAreThereIsTheSchemasToTell) {
-  EXPECT_EQ(CheckRefusal(Read("first_table = 5"), kLoadVerb), "not refused");
-  EXPECT_EQ(CheckRefusal(Read("first_table = 5"), kDropVerb), "not refused");
+  EXPECT_EQ(CheckRefusal(ReadJob("first_table = 5"), kLoadVerb), "not refused");
+  EXPECT_EQ(CheckRefusal(ReadJob("first_table = 5"), kDropVerb), "not refused");
+}
+
+TEST(Job, ALimitForWhatNoPhaseDoesIsRefused) {
+  EXPECT_EQ(CheckRefusal(ReadJob("mix = { insert = 1 }\nlimits = { \"update.p99\" = \"<1s\" }"), kRunVerb),
+            "job.toml:2: limit update.p99 is for update, which has no weight in any mix: nothing would be "
+            "measured");
+  EXPECT_EQ(
+      CheckRefusal(ReadJob("mix = { insert = 1 }\nlimits = { \"update.p99\" = \"<1s\" }\n[[phase]]\nmix = { "
+                           "update = 1 }"),
+                   kRunVerb),
+      "not refused");
+}
+
+TEST(Job, LimitsThatExcludeEachOtherAreRefused) {
+  EXPECT_EQ(CheckRefusal(ReadJob("limits = [\"p99<10ms\", \"total.p99>20ms\"]"), kRunVerb),
+            "job.toml:1: limits p99<10ms and total.p99>20ms exclude each other");
+  EXPECT_THAT(CheckRefusal(ReadJob("limits = [\"p99<=10ms\", \"p99>10ms\"]"), kRunVerb),
+              HasSubstr("exclude"));
+  for (const char* text : {"limits = [\"p99<=10ms\", \"p99>=10ms\"]", "limits = [\"p99<20ms\", \"p99>10ms\"]",
+                           "limits = [\"p99<10ms\", \"p95>20ms\"]", "limits = [\"errors<1%\", \"errors>5\"]"})
+    EXPECT_EQ(CheckRefusal(ReadJob(text), kRunVerb), "not refused") << text;
+}
+
+TEST(Job, APasswordFlagForAPrivateServerIsRefused) {
+  Job job = ReadJob("password = \"env:PW\"");
+  EXPECT_EQ(CheckRefusal(job, kDropVerb), "not refused");
+  job.origins["password"] = "--password";
+  EXPECT_EQ(CheckRefusal(job, kDropVerb),
+            "--password: target is local: (default), whose private server takes none: name another --target");
+  job.target = "mariadb://u@h/s";
+  EXPECT_EQ(CheckRefusal(job, kDropVerb), "not refused");
 }
 
 TEST(Job, ARunSeedIsDrawnOnlyWhereNoneIsGiven) {
-  Job job = Read("run_seed = 7");
+  Job job = ReadJob("run_seed = 7");
   DrawRunSeed(job);
   EXPECT_EQ(job.run_seed, 7u);
   std::set<std::uint32_t> drawn;

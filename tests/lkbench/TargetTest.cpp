@@ -50,6 +50,20 @@ TEST(Target, WithoutAFolderItLivesInTheUsersDataFolder) {
   EXPECT_EQ(ParseTarget("", "").folder, "/home/somebody/.local/share/lkbench/db");
 }
 
+TEST(Target, WithoutAHomeThereIsNoDefault) {
+  constexpr uid_t kUnknown = 54321;
+  const auto ask_as_unknown_user = [] {
+    unsetenv("XDG_DATA_HOME");
+    unsetenv("HOME");
+    if (setuid(kUnknown) != 0) _exit(2);
+    std::fputs(Refusal("").c_str(), stderr);
+    _exit(1);
+  };
+  if (geteuid() != 0) GTEST_SKIP() << "only root may become a user that nobody knows";
+  EXPECT_EXIT(ask_as_unknown_user(), testing::ExitedWithCode(1),
+              "^no home folder is known for the default target: give one, as --target local:DIR$");
+}
+
 TEST(Target, AMariaDbTargetGivesUpItsUser) {
   const Target target = ParseTarget("mariadb://be%6Ech@db1:3306/schema?ssl=1", "");
   EXPECT_EQ(target.kind, TargetKind::kMariaDb);

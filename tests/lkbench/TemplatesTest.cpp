@@ -5,19 +5,13 @@
 
 #include <sstream>
 
-#include "lkbench/JobFile.h"
+#include "Told.h"
 #include "lkbench/JobKeys.h"
 
 namespace lkbench {
 namespace {
 
 using testing::HasSubstr;
-
-Job Read(const std::string& text) {
-  Job job;
-  ReadJobText(job, text, "job.toml");
-  return job;
-}
 
 // Without "# " at the beginning of lines that set something: the defaults as settings.
 std::string Uncommented(const std::string& text, const JobKey& key) {
@@ -29,7 +23,7 @@ std::string Uncommented(const std::string& text, const JobKey& key) {
 
 TEST(Templates, AreJobsThatSetWhatTheySay) {
   for (const JobTemplate& each : JobTemplates()) {
-    const Job job = Read(TemplateText(each));
+    const Job job = ReadJob(TemplateText(each));
     EXPECT_EQ(job.origins.size(), each.settings.size()) << each.name;
     for (const auto& setting : each.settings) EXPECT_TRUE(job.origins.contains(setting.key)) << setting.key;
     EXPECT_NO_THROW(CheckJob(job, kRunVerb)) << each.name;
@@ -46,11 +40,11 @@ TEST(Templates, NameEveryKeyWithItsHelp) {
 
 TEST(Templates, ShowDefaultsThatHold) {
   const std::string text = TemplateText({"", "nothing set", {}});
-  EXPECT_TRUE(Read(text).origins.empty());
+  EXPECT_TRUE(ReadJob(text).origins.empty());
   for (const JobKey& key : JobKeys()) {
     const std::string standard = key.type.toml(Job());
     if (standard.empty() || standard.find('\n') != std::string::npos) continue;
-    Job job = Read(Uncommented(text, key));
+    Job job = ReadJob(Uncommented(text, key));
     EXPECT_EQ(job.origins.erase(key.name), 1u) << key.name;
     EXPECT_TRUE(job == Job()) << key.name;
   }

@@ -3,6 +3,7 @@
 #include <semaphore>
 
 #include "WorkloadFixture.h"
+#include "lkbench/Failure.h"
 
 namespace lkbench {
 namespace {
@@ -108,6 +109,21 @@ class HangTest : public WorkloadLossTest {
       return OneRow(xact);
     });
   }
+  // All users are done after so many executions, however long that takes.
+  Phase Endless() const {
+    Phase phase = Of(10);
+    phase.duration = {};
+    return phase;
+  }
+  // What a workload says that cannot begin.
+  std::string Problem(const Patience& patience) {
+    try {
+      Run({Long()}, patience);
+    } catch (const PrepareError& error) {
+      return error.what();
+    }
+    return "it began";
+  }
   std::counting_semaphore<> m_go{0};
 };
 
@@ -147,6 +163,79 @@ TEST_F(HangTest, ACancelledRunEndsAlsoWhenACallHangs) {
   const RunRecord record = Run({Long()}, {10ms, 50ms});
   EXPECT_TRUE(record.interrupted);
   EXPECT_EQ(record.given_up_users, 1);
+  m_go.release();
+}
+
+TEST_F(HangTest, ACallThatTakesTooLongIsBrokenOffAndItsUserGoesOn) {
+  Add(0, {1}, [this](FakeXact& xact) {
+    if (++m_calls != 3) return OneRow(xact);
+    while (m_users.Happened().Count("cancel") == 0) std::this_thread::sleep_for(1ms);
+    m_users.Driver(0).Fail(1013);
+    return 0;
+  });
+  const RunRecord record = Run({Endless()}, {10min, 10min, 20ms});
+  EXPECT_EQ(record.measured.total.executions, 10u);
+  EXPECT_EQ(record.measured.total.errors[static_cast<size_t>(ErrorClass::kCancelled)], 1u);
+  EXPECT_EQ(record.given_up_users, 0);
+}
+
+TEST_F(HangTest, WithoutALimitACallMayTakeAsLongAsItDoes) {
+  Add(0, {1}, [this](FakeXact& xact) {
+    if (++m_calls == 3) std::this_thread::sleep_for(150ms);
+    return OneRow(xact);
+  });
+  EXPECT_EQ(Run({Endless()}, {10min, 1ms}).measured.total.failures, 0u);
+  EXPECT_EQ(m_users.Happened().Count("cancel"), 0);
+}
+
+TEST_F(HangTest, AUserWhoseCallDoesNotComeBackIsGivenUpAndTheOthersGoOn) {
+  m_work.resize(2);
+  m_work[1].user = &m_users[1];
+  HangAt(1);
+  Add(1, {1, 1}, [this](FakeXact& xact) {
+    std::this_thread::sleep_for(1ms);
+    return OneRow(xact);
+  });
+  Phase phase = Long();
+  phase.duration = 600ms;
+  const RunRecord record = Run({phase, phase}, {10min, 20ms, 20ms});
+  EXPECT_EQ(record.given_up_users, 1);
+  EXPECT_EQ(record.phases.size(), 2u);
+  EXPECT_EQ(record.phases[1].user_executions[0], 0u);
+  EXPECT_GT(record.phases[1].user_executions[1], 0u);
+  EXPECT_EQ(m_ticks.back().users, 0);
+  m_go.release();
+}
+
+TEST_F(HangTest, APhaseThatOnlyItsCountEndsEndsWhenNoUserIsLeft) {
+  HangAt(3);
+  const RunRecord record = Run({Endless(), Endless()}, {10min, 20ms, 20ms});
+  EXPECT_EQ(record.given_up_users, 1);
+  EXPECT_EQ(record.phases.size(), 1u);
+  EXPECT_EQ(record.measured.total.executions, 2u);
+  m_go.release();
+}
+
+TEST_F(HangTest, APreparationThatTakesTooLongIsBrokenOffAndThenTold) {
+  HangAt(-1);
+  m_xacts[0]->m_PreBenchmark = [this] {
+    m_go.acquire();
+    return 1;
+  };
+  EXPECT_EQ(Problem({10min, 20ms, 20ms}),
+            "workload: user 1 has a call that does not come back (PreBenchmark)");
+  EXPECT_TRUE(m_workload->HasGivenUp());
+  m_go.release();
+}
+
+TEST_F(HangTest, ACancelEndsAPreparationThatHangs) {
+  HangAt(-1);
+  m_xacts[0]->m_PreBenchmark = [this] {
+    m_cancel.Set();
+    m_go.acquire();
+    return 1;
+  };
+  EXPECT_EQ(Problem({20ms, 20ms}), "workload: user 1 has a call that does not come back (PreBenchmark)");
   m_go.release();
 }
 

@@ -45,6 +45,26 @@ TEST_F(LocalFolder, IsMadeWithAllFoldersOnTheWay) {
   EXPECT_EQ(ErrorOf(Path("a/b/c")), "");
 }
 
+TEST_F(LocalFolder, IsOnlyLookedAtWhereThatIsAsked) {
+  std::ofstream(Path("file")) << "x";
+  fs::create_directory(Path("full"));
+  std::ofstream(Path("full") / "letter") << "x";
+  const auto looked = [](const fs::path& path) -> std::string {
+    try {
+      Folder(path).RequireUsable();
+    } catch (const LocalServerError& error) {
+      return error.what();
+    }
+    return "";
+  };
+  EXPECT_EQ(looked(Path("a/b")), "");
+  EXPECT_FALSE(fs::exists(Path("a")));
+  for (const char* name : {"file", "file/db", "full"}) {
+    EXPECT_NE(looked(Path(name)), "") << name;
+    EXPECT_EQ(looked(Path(name)), ErrorOf(Path(name))) << name;
+  }
+}
+
 TEST_F(LocalFolder, ThatMayNotBeMadeIsToldWithItsReason) {
   constexpr uid_t kNobody = 65534;
   chmod(m_temporary.Path().c_str(), 0555);

@@ -19,6 +19,11 @@ for file in bin/lkbench lib/lkbench/*.so; do
 done
 ! grep -rlE "$build|$source|$work/first" lib/cmake lib/*/pkgconfig || fail "these files name the build's folders"
 
+for file in man/man1/lkbench.1.gz man/man5/lkbench-job.5.gz man/man5/lkbench-results.5.gz \
+  bash-completion/completions/lkbench zsh/vendor-completions/_lkbench doc/lkbench/examples/job-example.toml; do
+  [ -s "share/$file" ] || fail "share/$file is not installed"
+done
+
 bin/lkbench list | grep CXact_Insert >/dev/null || fail "lkbench does not find its plug-in"
 bin/lkbench create --tables 1 --target "local:$work/db" || fail "lkbench does not work where it is installed"
 bin/lkbench load --target "local:$work/db" >/dev/null

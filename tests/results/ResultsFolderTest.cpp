@@ -46,7 +46,9 @@ TEST_F(ResultsFolderTest, IsNamedByTheStartAndTheVerb) {
 TEST_F(ResultsFolderTest, IsTheOneThatWasAskedForWithTheFoldersAboveIt) {
   const ResultsFolder folder("a/b", "run", kStart);
   folder.Write("x.txt", "text");
+  folder.Write("c/y.txt", "more");
   EXPECT_EQ(ReadWhole("a/b/x.txt"), "text");
+  EXPECT_EQ(ReadWhole("a/b/c/y.txt"), "more");
 }
 
 TEST_F(ResultsFolderTest, IsNotSharedWithFilesThatAreThere) {
@@ -59,6 +61,35 @@ TEST_F(ResultsFolderTest, IsNotSharedWithFilesThatAreThere) {
 TEST_F(ResultsFolderTest, UnderAFileIsRefused) {
   std::ofstream("file") << "x";
   EXPECT_EQ(Refusal("file/a"), "results: file/a cannot be made: Not a directory");
+}
+
+TEST_F(ResultsFolderTest, ALookAtThePlaceRefusesWhatMakingItWouldAndMakesNothing) {
+  fs::create_directory("old");
+  fs::create_directory("empty");
+  std::ofstream("old/run.json") << "{}";
+  for (const char* place : {"old", "old/run.json", "old/run.json/a", "empty", "new/a"}) {
+    std::string looked;
+    try {
+      RequireResultsPlace(place);
+    } catch (const UsageError& error) {
+      looked = error.what();
+    }
+    EXPECT_FALSE(fs::exists("new")) << place;
+    EXPECT_EQ(looked, Refusal(place)) << place;
+  }
+  EXPECT_NO_THROW(RequireResultsPlace(""));
+  std::ofstream("lkbench-results") << "a file";
+  EXPECT_THROW(RequireResultsPlace(""), UsageError);
+}
+
+TEST_F(ResultsFolderTest, AFileThatCannotBeWrittenIsKnownByALook) {
+  std::ofstream("there") << "x";
+  EXPECT_EQ(WhyNotWritable("new"), "");
+  EXPECT_EQ(WhyNotWritable("there"), "");
+  EXPECT_EQ(WhyNotWritable("."), "Is a directory");
+  EXPECT_EQ(WhyNotWritable("there/a"), "Not a directory");
+  EXPECT_EQ(WhyNotWritable("nowhere/a"), "No such file or directory");
+  EXPECT_FALSE(fs::exists("new"));
 }
 
 TEST_F(ResultsFolderTest, LeavesTheOldFileWhereTheNewOneCannotBeWritten) {
