@@ -19,13 +19,21 @@ struct Specifier {
   size_t size = 0;             // of all of it, % included
 };
 
+// By a loop: lists as short as these are searched sooner than a call of the C library is made.
+constexpr bool IsOneOf(wchar_t c, std::wstring_view characters) {
+  for (const wchar_t other : characters)
+    if (other == c) return true;
+  return false;
+}
+
 size_t SpanOf(std::wstring_view text, std::wstring_view characters) {
   size_t nSpan = 0;
-  while (nSpan < text.size() && characters.find(text[nSpan]) != characters.npos) ++nSpan;
+  while (nSpan < text.size() && IsOneOf(text[nSpan], characters)) ++nSpan;
   return nSpan;
 }
 
 std::wstring_view LengthAt(std::wstring_view text) {
+  if (text.empty() || !IsOneOf(text[0], L"Iihljzt")) return {};
   constexpr std::array<std::wstring_view, 9> kLengths{L"I64", L"i64", L"hh", L"ll", L"h",
                                                       L"l",   L"j",   L"z",  L"t"};
   for (const std::wstring_view length : kLengths)
@@ -44,10 +52,6 @@ Specifier ReadSpecifier(std::wstring_view text) {
   if (nAt < text.size()) read.conversion = text[nAt++];
   read.size = nAt;
   return read;
-}
-
-bool IsOneOf(wchar_t c, std::wstring_view characters) {
-  return characters.find(c) != std::wstring_view::npos;
 }
 
 bool IsConversion(wchar_t c) { return c != L'\0' && IsOneOf(c, L"diuoxXfFeEgGaAcspn"); }
