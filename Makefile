@@ -4,7 +4,7 @@
 PRESET ?= release
 configure = cmake --preset $(PRESET) -Wno-dev --log-level=WARNING
 
-.PHONY: deb deb-test run test bench nightly sanitize coverage fuzz fault mutate valgrind lint format
+.PHONY: deb deb-test docs run test bench nightly sanitize coverage fuzz fault mutate valgrind lint format
 run:
 	scripts/install-packages
 	$(configure)
@@ -39,6 +39,11 @@ endif
 sanitize:
 	$(MAKE) test PRESET=asan
 	$(MAKE) test PRESET=tsan
+docs:  # makes the reference and the outputs of commands in docs/ anew
+	scripts/install-packages test
+	$(configure)
+	cmake --build --preset $(PRESET) --target lkbench docs_reference
+	scripts/docs build/$(PRESET)
 coverage:  # what the tests run, by folder; the limits are in scripts/coverage
 	scripts/install-packages test check
 	cmake --preset coverage -Wno-dev --log-level=WARNING

@@ -13,7 +13,7 @@ const std::vector<JobTemplate>& Templates() {
   static const std::vector<JobTemplate> templates = {
       {"smoke",
        "a few seconds on a private database: whether everything works",
-       {{"tables", "2"}, {"scale", "0.1"}, {"users", "2"}, {"duration", "\"5s\""}}},
+       {{"tables", "2"}, {"scale", "1"}, {"users", "2"}, {"duration", "\"5s\""}}},
       {"oltp",
        "a steady mix of single-row changes by many users on tables of ordinary width",
        {{"tables", "16"},
@@ -38,7 +38,7 @@ const std::vector<JobTemplate>& Templates() {
       {"many-tables",
        "hundreds of small tables: what the number of tables costs",
        {{"tables", "500"},
-        {"scale", "0.1"},
+        {"scale", "1"},
         {"min_columns", "3"},
         {"max_columns", "8"},
         {"users", "16"},

@@ -92,7 +92,7 @@ const std::vector<VerbInfo> kVerbs = {
      .fewest = 2,
      .most = 20,
      .more = "Compares the results of runs with those of the first, A. A difference counts as one when it is "
-             "larger than the seconds of the runs vary themselves; docs/results.md says how that is judged.",
+             "larger than the seconds of the runs vary themselves; docs/explanation/numbers.md says how.",
      .examples = {{"lkbench compare before after", "two folders of results"},
                   {"lkbench compare before after --html compare.html", "as a page"},
                   {"lkbench compare before after --fail-over 5%",

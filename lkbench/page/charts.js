@@ -84,6 +84,12 @@ function chart(id, title, says, make, lines) {
   return figure;
 }
 
+// The legend draws a line as the chart does, dashes included.
+function legendItems(chart) {
+  return Chart.defaults.plugins.legend.labels.generateLabels(chart).map((item) =>
+    ({ ...item, lineDash: chart.data.datasets[item.datasetIndex].borderDash, lineWidth: 1.75 }));
+}
+
 function lineConfig(series, scales, tooltip, marked = []) {
   return {
     type: "line",
@@ -95,7 +101,7 @@ function lineConfig(series, scales, tooltip, marked = []) {
       plugins: { marks: { list: marked }, tooltip: { callbacks: tooltip },
         decimation: { enabled: true, algorithm: "min-max" },
         legend: { display: series.length > 1, position: "top", align: "start",
-          labels: { usePointStyle: true, pointStyleWidth: 28 } } } },
+          labels: { usePointStyle: true, pointStyleWidth: 28, generateLabels: legendItems } } } },
     plugins: [marks],
   };
 }

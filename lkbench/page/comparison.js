@@ -76,7 +76,7 @@ function comparisonPage(comparison) {
   ...pairs.map((pair, index) => pairPart(pair, index, pairs.length > 1)),
   el("footer", null, `Test: ${comparison.test}, at a level of ${comparison.level * 100} %. Noise is half the width of the ` +
     "95 % interval of the change. It is the noise within the runs: what differs from run to run is not in it, so repeat " +
-    "runs before you trust a small difference. docs/results.md says more."));
+    "runs before you trust a small difference. docs/explanation/numbers.md says more."));
   for (const figure of document.querySelectorAll("figure")) figure.draw();
   watchColours();
 }

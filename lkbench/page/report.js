@@ -128,7 +128,7 @@ function reportPage(run) {
     limits(run), overTime(run),
     work ? work.phases.map((phase, index) => phasePart(phase, index, work.phases.length > 1)) : null, errorPart(run),
     loadPart(run), settingsPart(run), repeatPart(run), el("footer", null,
-      "Times are of executions that succeeded, commit included. docs/results.md explains every number. " +
+      "Times are of executions that succeeded, commit included. docs/explanation/numbers.md explains every number. " +
       "The data of this page is run.json beside it.")].flat(Infinity).filter(Boolean));
   for (const figure of document.querySelectorAll("figure")) figure.draw();
   watchColours();

@@ -1,9 +1,29 @@
 // SPDX-License-Identifier: Apache-2.0
 // What happened over time: throughput, response percentiles, events.
 
+// Round marks on the time axis, about eight of them; the axis ends where the run did.
+function timeSteps(seconds) {
+  const size = 10 ** Math.floor(Math.log10(seconds / 8));
+  const units = seconds < 480 ? [1, 2, 5, 10].map((lead) => lead * size)
+    : [60, 120, 300, 600, 900, 1800, 3600, 7200, 14400, 28800, 86400];
+  const step = Math.max(seconds < 8 ? 0.1 : 1, units.find((unit) => seconds / unit <= 8) || units[units.length - 1]);
+  const steps = [];
+  for (let number = 0; number * step <= seconds * 1.0001; ++number) steps.push(Number((number * step).toFixed(3)));
+  return steps;
+}
+
+// Minutes where the run is that long: 90 -> "1:30".
+function timeMark(seconds, whole) {
+  if (whole < 480) return String(seconds);
+  return Math.floor(seconds / 60) + ":" + String(seconds % 60).padStart(2, "0");
+}
+
 function timeAxis(work) {
-  return axis("seconds from the start", { type: "linear", min: 0, max: Math.max(1, work.elapsed_ns / 1e9),
-    ticks: { padding: 6, maxRotation: 0, maxTicksLimit: 12 } });
+  const whole = Math.max(1, work.elapsed_ns / 1e9);
+  return axis(whole < 480 ? "seconds from the start" : "minutes from the start", { type: "linear", min: 0, max: whole,
+    afterBuildTicks: (scale) => { scale.ticks = timeSteps(whole).map((value) => ({ value })); },
+    ticks: { padding: 6, maxRotation: 0, autoSkip: true, autoSkipPadding: 12,
+      callback: (value) => timeMark(value, whole) } });
 }
 
 const kTimeTooltip = {

@@ -34,7 +34,7 @@ class IntervalLineTest : public testing::Test {
 };
 
 TEST_F(IntervalLineTest, ALineTellsOfItsOwnInterval) {
-  EXPECT_EQ(IntervalLine(Now()), "   2 s       4.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
+  EXPECT_EQ(IntervalLine(Now()), "   2 s       2.0 tx/s  failures 2  p50 4.000  p95 4.000  p99 4.000 ms");
   m_interval.backlog = 1200;
   m_interval.warm_up = true;
   m_phase.settings.rate = 10;
@@ -44,8 +44,8 @@ TEST_F(IntervalLineTest, ALineTellsOfItsOwnInterval) {
 }
 
 TEST_F(IntervalLineTest, ANarrowWindowLeavesOutTheLowerPercentilesFirst) {
-  EXPECT_EQ(Line(68), "   2 s       4.0 tx/s  failures 2  p95 4.000  p99 4.000 ms");
-  EXPECT_EQ(Line(50), "   2 s       4.0 tx/s  failures 2  p99 4.000 ms");
+  EXPECT_EQ(Line(68), "   2 s       2.0 tx/s  failures 2  p95 4.000  p99 4.000 ms");
+  EXPECT_EQ(Line(50), "   2 s       2.0 tx/s  failures 2  p99 4.000 ms");
   EXPECT_EQ(Line(20), "   2 s       4.0 tx/");
 }
 

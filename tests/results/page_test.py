@@ -71,6 +71,29 @@ class PageTest(unittest.TestCase):
             self.assertGreater(painted, 3000, chart)
             self.assertGreater(colours, 20, chart)
 
+    def marks(self, chart):
+        """The texts on the time axis of a chart."""
+        return self.browser.run("""return Chart.getChart(arguments[0]).scales.x.ticks.map((tick) => tick.label);""", chart)
+
+    def test_time_axis_has_round_marks_whatever_the_length(self):
+        for nanoseconds, marks, title in (
+                (8_009_000_000, ["0", "2", "4", "6", "8"], "seconds"),
+                (2_100_000_000, ["0", "0.5", "1", "1.5", "2"], "seconds"),
+                (61_300_000_000, ["0", "10", "20", "30", "40", "50", "60"], "seconds"),
+                (1_805_000_000_000, ["0:00", "5:00", "10:00", "15:00", "20:00", "25:00", "30:00"], "minutes")):
+            run = sample_run.run([sample_run.Phase(random.Random(1), seconds=2)],
+                                 workload_changes={"elapsed_ns": nanoseconds})
+            self.open(self.page_of(run, "axis"))
+            for chart in ("throughput", "response"):
+                self.assertEqual(self.marks(chart), marks)
+            axis = self.browser.run("return Chart.getChart('throughput').options.scales.x.title.text")
+            self.assertEqual(axis, title + " from the start")
+
+    def test_legend_shows_the_dashes_of_the_lines(self):
+        self.open_rich()
+        dashes = self.browser.run("return Chart.getChart('response').legend.legendItems.map((item) => item.lineDash)")
+        self.assertEqual(dashes, [[], [6, 3], [2, 2]])
+
     def test_headline_is_that_of_the_run(self):
         self.open_rich()
         tiles = self.browser.run("""return Object.fromEntries([...document.querySelector("dl.tiles").children].map((tile) =>

@@ -53,6 +53,17 @@ void RewriteSequence(PieceList& pieces) {
   }
 }
 
+// An increment that is left open is the server's auto_increment_increment: 1 by default, and in a Galera
+// cluster the number of its nodes, which keeps their values apart and is the only increment that it lets be
+// cached.
+void RewriteCreateSequence(PieceList& pieces) {
+  RewriteSequence(pieces);
+  const std::size_t options = EndOfName(pieces, 2);
+  for (std::size_t i = options; i < pieces.Size(); ++i)
+    if (pieces.IsWord(i, "INCREMENT")) return;
+  pieces.InsertAfter(options - 1, " INCREMENT BY 0");
+}
+
 void RewriteCommentOn(PieceList& pieces) {
   const std::size_t is = EndOfName(pieces, 3);
   if (!pieces.IsWord(2, "TABLE") || !pieces.IsWord(is, "IS"))
@@ -64,7 +75,7 @@ void RewriteCommentOn(PieceList& pieces) {
 
 void RewriteCreate(PieceList& pieces) {
   if (pieces.IsWord(1, "TABLE")) return RewriteCreateTable(pieces);
-  if (pieces.IsWord(1, "SEQUENCE")) return RewriteSequence(pieces);
+  if (pieces.IsWord(1, "SEQUENCE")) return RewriteCreateSequence(pieces);
   if (pieces.IsWord(1, "INDEX")) return RewriteCreateIndex(pieces, 1);
   if (pieces.AreWords(1, {"UNIQUE", "INDEX"})) return RewriteCreateIndex(pieces, 2);
   if (pieces.AreWords(1, {"BITMAP", "INDEX"})) throw Unimplemented("a bitmap index");
