@@ -23,7 +23,7 @@ class Reference(unittest.TestCase):
         self.assertEqual(reference.unexplained(["a", "b", "c"], "```\nb\n```\n`a` is b, `c_ns` is not"), ["b", "c"])
 
     def test_variables_are_those_that_are_asked_for_by_name(self):
-        self.assertEqual(reference.variables('a = std::getenv("HOME"); b = secure_getenv(name); c = getenv("X_1");'), {"HOME", "X_1"})
+        self.assertEqual(reference.variables('a = std::getenv("HOME"); b = secure_getenv(name); c = Variable("X_1");'), {"HOME", "X_1"})
 
     def test_the_first_line_that_differs_is_told(self):
         self.assertEqual(reference.first_difference("a\nb\n", "a\nb\n"), "")

@@ -65,7 +65,7 @@ def unexplained(names, text):
 
 def variables(text):
     """The environment variables that a source asks for by name."""
-    return set(re.findall(r'getenv\("(\w+)"\)', text))
+    return set(re.findall(r'(?:getenv|Variable)\("(\w+)"\)', text))
 
 
 def variables_of(source):
