@@ -8,6 +8,7 @@ Exit code: 0 as written, 1 something differs or a command failed, 2 the page can
 """
 import argparse
 import pathlib
+import re
 import sys
 import tempfile
 
@@ -51,7 +52,7 @@ class Shell:
 def command_of(page, command, update):
     text = command.text
     for shown, meant in [] if update else page.in_tests:
-        text = text.replace(shown, meant)
+        text = re.sub(rf"(?<![\w.]){re.escape(shown)}(?!\w)", meant, text)
     return text
 
 

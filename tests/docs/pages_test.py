@@ -120,6 +120,10 @@ class Run(unittest.TestCase):
         self.assertEqual(self.run_page(text)[0], 0)
         self.assertIn("$ echo 30s\n30s\n", self.run_page(text, update=True)[2])
 
+    def test_the_words_of_tests_are_whole_ones(self):
+        text = "<!-- page: in tests 1m is 3s -->\n" + page_of("$ echo '\"1m\" 0.1ms 0.1m 11m =1m'", '"3s" 0.1ms 0.1m 11m =3s')
+        self.assertEqual(self.run_page(text)[0], 0)
+
     def test_a_page_whose_needs_are_not_met_is_skipped(self):
         self.assertEqual(self.run_page("<!-- page: needs false -->\n")[0], 77)
 
