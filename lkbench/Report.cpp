@@ -21,7 +21,7 @@ void AppendTimes(TextRow& row, const HistogramData& times) {
 
 TextRow CountsRow(const XactTotals& totals, std::uint64_t elapsed) {
   TextRow row = {totals.name, Grouped(totals.executions), Grouped(totals.failures), Grouped(totals.rows),
-                 PerSecondText(totals.Succeeded(), elapsed)};
+                 PerSecondText(totals.executions - totals.failures, elapsed)};
   AppendTimes(row, totals.response);
   return row;
 }

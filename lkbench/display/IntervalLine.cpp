@@ -20,7 +20,10 @@ std::vector<Piece> IntervalPieces(const Progress& progress) {
   const TimesDigest& times = interval.total.response;
   std::vector<Piece> pieces = {
       {Padded(Fixed(static_cast<double>(interval.end) / 1e9, 0), 4) + " s"},
-      {Padded(PerSecondText(interval.total.Succeeded(), interval.end - interval.begin), 8) + " tx/s"},
+      {Padded(
+           PerSecondText(interval.total.executions - interval.total.failures, interval.end - interval.begin),
+           8) +
+       " tx/s"},
       {"failures " + Grouped(interval.total.failures), 0, ToneOf(interval.total.failures)},
       {"p50 " + Milliseconds(times.p50), 5},
       {"p95 " + Milliseconds(times.p95), 4},
@@ -51,7 +54,7 @@ std::vector<Piece> StatusPieces(const Progress& progress) {
   if (progress.interval.warm_up) pieces.push_back({"warm-up"});
   AddRemaining(progress, pieces);
   pieces.push_back({Plural(static_cast<std::uint64_t>(progress.interval.users), "user"), 2});
-  pieces.push_back({PerSecondText(total.Succeeded(), progress.part.elapsed) + " tx/s"});
+  pieces.push_back({PerSecondText(total.executions - total.failures, progress.part.elapsed) + " tx/s"});
   pieces.push_back({"p99 " + Milliseconds(total.response.Percentile(99)) + " ms", 1});
   pieces.push_back({"failures " + Grouped(total.failures), 0, ToneOf(total.failures)});
   return pieces;

@@ -34,7 +34,7 @@ std::optional<double> Measure(const Limit& limit, const Part& part) {
     case LimitUnit::kNanoseconds:
       return Time(totals->response, limit.what);
     case LimitUnit::kPerSecond:
-      return PerSecond(totals->Succeeded(), part.elapsed);
+      return PerSecond(totals->executions - totals->failures, part.elapsed);
     case LimitUnit::kRatio:
       return static_cast<double>(totals->failures) / static_cast<double>(totals->executions);
     case LimitUnit::kCount:

@@ -58,7 +58,7 @@ Json ListJson(const List& list, Function each) {
 Json PartJson(const Part& part) {
   return {{"elapsed_ns", part.elapsed},
           {"processor_ns", part.processor},
-          {"rate_per_s", PerSecond(part.total.Succeeded(), part.elapsed)},
+          {"rate_per_s", PerSecond(part.total.executions - part.total.failures, part.elapsed)},
           {"total", FiguresJson(part.total)},
           {"transactions", ListJson(part.xacts, XactJson)},
           {"tables", ListJson(part.tables, TableJson)},

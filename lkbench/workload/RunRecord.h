@@ -33,7 +33,6 @@ struct Tally {
   std::uint64_t undone = 0;  // succeeded, but rolled back with a later failure before their common commit
   std::array<std::uint64_t, kErrorClasses> errors{};  // the failures by class
 
-  std::uint64_t Succeeded() const { return executions - failures; }  // throughput is of these
   void Add(const Tally& other);
   void Subtract(const Tally& earlier);
 };

@@ -16,7 +16,7 @@ FENCE, END = "```console", "```"
 SKIPPED = "..."
 
 VERDICTS = re.compile(r"(?:higher|lower) \((?:better|worse)\)|within noise|too short to tell")
-DOUBT = "note: p99 of fewer than"  # a run on a slow machine has it
+DOUBTS = ("note: p99 of fewer than", "note: lkbench itself kept")  # a run on a slow machine has them
 TIME = re.compile(r"\d{4}-\d\d-\d\d[T ]\d\d[:-]\d\d[:-]\d\dZ?")
 MASKS = [
     (re.compile(r"\d[\d,]*(?:\.\d+)+|\d{1,3}(?:,\d{3})+|\d{5,}"), "<number>"),
@@ -112,7 +112,7 @@ def cut(old, new):
 
 
 def without_doubts(lines):
-    return [line for line in lines if not line.startswith(DOUBT)]
+    return [line for line in lines if not line.startswith(DOUBTS)]
 
 
 def masked(line, vary):
