@@ -152,7 +152,7 @@ std::string JobReference() {
   return text;
 }
 
-std::string SeriesColumns() {
+std::string SeriesColumnNames() {
   std::string head = SeriesCsv(RunRecord());
   std::ranges::replace(head, ',', '\n');
   return head;

@@ -7,8 +7,8 @@
 
 namespace lkbench {
 
-std::string VerbReference();  // lkbench.md: verbs, flags, exit codes
-std::string JobReference();   // job.md: the keys of a job file
-std::string SeriesColumns();  // of series.csv, one a line
+std::string VerbReference();      // lkbench.md: verbs, flags, exit codes
+std::string JobReference();       // job.md: the keys of a job file
+std::string SeriesColumnNames();  // of series.csv, one a line
 
 }  // namespace lkbench

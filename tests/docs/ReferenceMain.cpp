@@ -8,7 +8,7 @@
 int main(int count, char** words) {
   const std::map<std::string, std::string (*)()> texts = {{"lkbench", lkbench::VerbReference},
                                                           {"job", lkbench::JobReference},
-                                                          {"columns", lkbench::SeriesColumns}};
+                                                          {"columns", lkbench::SeriesColumnNames}};
   const auto found = texts.find(count == 2 ? words[1] : "");
   if (found == texts.end()) {
     std::cerr << "usage: docs_reference lkbench|job|columns\n";
