@@ -50,6 +50,8 @@ TEST_F(HangRun, ARunLeavesTheRefreshOut) {
 TEST_F(HangRun, OneSignalIsEnough) {
   Program workload(Workload({"--break-after", "300ms"}));
   StopUnder(workload);
+  // A second without an execution: both users are in a call.
+  EXPECT_TRUE(workload.WaitFor([&] { return workload.OutSoFar().find(" 0.0 tx/s") != std::string::npos; }));
   workload.Signal(SIGINT);
   const Outcome outcome = workload.Wait();
   EXPECT_EQ(outcome.code, 130) << outcome.err;
