@@ -19,6 +19,9 @@
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextVerbs.h"
+#include "lkbench/display/ConsoleView.h"
+#include "lkbench/display/StreamObjects.h"
+#include "lkbench/display/StreamView.h"
 #include "lkbench/options/TomlText.h"
 #include "lkbench/results/ResultVerbs.h"
 #include "lkbench/results/RunResults.h"
@@ -141,6 +144,12 @@ int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Databa
   return code;
 }
 
+int Failed(Console& console, int code, const std::string& line) {
+  console.Problem(line);
+  console.Object(EndObject(code, line));
+  return code;
+}
+
 int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& log) {
   const std::string& verb = invocation.verb;
   const Job& job = invocation.job;
@@ -161,7 +170,7 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   CallBreaker breaker;
   UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
   const SignalWatch signals(cancel, breaker, console);
-  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false};
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false, {}};
   if (verb == "check") {
     LearnSettings(bench, target.kind, database);
     console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
@@ -169,6 +178,9 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
     EndSessions(users, job, console, kDone);
     return kDone;
   }
+  bench.views.Add(std::make_unique<ConsoleView>(console));
+  if (job.format == OutputFormat::kJson) bench.views.Add(std::make_unique<StreamView>(console));
+  results.TellBegin(FactsOf(bench, layers, target, database.Connect().shown));
   int code = RunVerb(bench, verb, target.kind, database);
   try {
     if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
@@ -179,8 +191,7 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
     results.Write(std::move(facts));
   } catch (const Failure& failure) {
     if (!bench.is_stuck) throw;
-    console.Problem(failure.what());
-    code = failure.Code();
+    code = Failed(console, failure.Code(), failure.what());
   }
   if (bench.is_stuck) LeaveAtOnce(code);
   EndSessions(users, job, console, code);
@@ -212,16 +223,15 @@ int RunApp(int argc, const char* const* argv) {
     }
     if (RunTextVerb(invocation, console)) return kDone;
     console.SetLevel(invocation.job.log_level);
+    if (!invocation.dry_run) console.SetFormat(invocation.job.format);
     if (const auto code = RunResultVerb(invocation, console)) return *code;
     ErrorLog log(console);
     const HostSetUp host(console, log);
     return RunInvocation(invocation, console, log);
   } catch (const Failure& failure) {
-    console.Problem(failure.what());
-    return failure.Code();
+    return Failed(console, failure.Code(), failure.what());
   } catch (const std::exception& error) {
-    console.Problem(std::string("internal error: ") + OneLine(error.what()));
-    return kInternal;
+    return Failed(console, kInternal, std::string("internal error: ") + OneLine(error.what()));
   }
 }
 

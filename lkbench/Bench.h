@@ -13,6 +13,7 @@
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Steps.h"
 #include "lkbench/Users.h"
+#include "lkbench/display/RunView.h"
 #include "lkbench/workload/RunRecord.h"
 
 namespace lkbench {
@@ -38,6 +39,7 @@ struct Bench {
   std::string server_version;            // empty until the verb has connected
   std::string failure;                   // the line of what ended the verb early
   bool is_stuck = false;                 // calls never came back: their threads still use the sessions
+  RunViews views;                        // of what the verb does
 
   VirtualUser& Admin() { return users.First(); }
   bool IsSet(const char* key) const { return job.origins.contains(key); }

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <ostream>
 
+#include "lkbench/display/StreamObjects.h"
 #include "lkbench/display/Width.h"
 
 namespace lkbench {
@@ -12,6 +13,13 @@ namespace lkbench {
 Console::Console(int out, int err) : m_screen(out, err) {}
 
 Console::~Console() { EraseStatus(); }
+
+void Console::Object(const nlohmann::ordered_json& object) {
+  if (m_format != OutputFormat::kJson) return;
+  const std::string line = LineOf(object);
+  const std::lock_guard lock(m_mutex);
+  m_screen.Print(line);
+}
 
 void Console::Progress(const std::string& line) {
   if (m_level != LogLevel::kWarning) Statement(line);
@@ -35,6 +43,7 @@ void Console::Statement(const std::string& text) { Print(Folded(text, Columns())
 
 void Console::Problem(const std::string& line) {
   const std::string text = "lkbench: " + line;
+  Object(ProblemObject(line));
   const std::lock_guard lock(m_mutex);
   m_screen.PrintError(Folded(text, m_screen.ErrorColumns()));
   Copy(text);
@@ -44,12 +53,12 @@ void Console::Status(const std::string& line, const FittedLine& status) {
   if (m_level == LogLevel::kWarning) return;
   if (!m_screen.Redraws()) return Print(line, line);
   const std::lock_guard lock(m_mutex);
-  m_screen.ShowStatus(status);
+  if (m_format == OutputFormat::kText) m_screen.ShowStatus(status);
   Copy(line);
 }
 
 void Console::Status(const FittedLine& status) {
-  if (m_level == LogLevel::kWarning) return;
+  if (m_level == LogLevel::kWarning || m_format == OutputFormat::kJson) return;
   const std::lock_guard lock(m_mutex);
   m_screen.ShowStatus(status);
 }
@@ -71,7 +80,7 @@ void Console::CopyTo(std::ostream* log) {
 
 void Console::Print(const std::string& text, const std::string& copied) {
   const std::lock_guard lock(m_mutex);
-  m_screen.Print(text);
+  if (m_format == OutputFormat::kText) m_screen.Print(text);
   Copy(copied);
 }
 

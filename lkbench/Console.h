@@ -6,6 +6,7 @@
 
 #include <iosfwd>
 #include <mutex>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "lkbench/Job.h"
@@ -23,8 +24,13 @@ class Console {
   // Lines are also written to `log`, with the time of day (UTC) before them. Null: no longer. `log` outlives
   // it.
   void CopyTo(std::ostream* log);
-  void SetLevel(LogLevel level) { m_level = level; }  // before threads start
+  void SetLevel(LogLevel level) { m_level = level; }          // before threads start
+  void SetFormat(OutputFormat format) { m_format = format; }  // likewise
   LogLevel Level() const { return m_level; }
+
+  // One line of standard output where the format is JSON; nothing else is printed there then, and all lines
+  // below go to the log alone.
+  void Object(const nlohmann::ordered_json& object);
 
   void Progress(const std::string& line);  // not at log level warning
   // Likewise, with the form that a terminal shows.
@@ -32,7 +38,8 @@ class Console {
   // Always, as it is; a line end is added. Where a terminal has colours, each `bad` in it has one.
   void Result(const std::string& text, const std::string& bad = {});
   void Statement(const std::string& text);  // a result in prose: its words go into the window's lines
-  void Problem(const std::string& line);    // standard error, with the program's name before it
+  // Standard error in any format, with the program's name before it; also an object.
+  void Problem(const std::string& line);
 
   // How things stand: the status line of a terminal; elsewhere `line` is printed. Not at log level warning.
   void Status(const std::string& line, const FittedLine& status);
@@ -51,6 +58,7 @@ class Console {
   Screen m_screen;
   std::ostream* m_log = nullptr;
   LogLevel m_level = LogLevel::kInfo;
+  OutputFormat m_format = OutputFormat::kText;
 };
 
 // Erases the status line when a verb's part that shows one ends, however it ends.

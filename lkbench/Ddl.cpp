@@ -37,7 +37,7 @@ std::vector<std::string> CreationStatements(const Job& job, Console& console, Er
   CancelSwitch cancel;
   CallBreaker breaker;
   UserPool users([&] { return layers.NewDriver(); }, {"the recorder", "none", "none", ""}, log);
-  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false};
+  Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false, {}};
   bench.Admin();
   std::vector<std::string> statements;
   const Recording recording(layers, statements);

@@ -29,6 +29,7 @@ struct ColumnType {
 };
 
 enum class LogLevel { kWarning, kInfo, kDebug };
+enum class OutputFormat { kText, kJson };
 
 inline constexpr const char* kNoResults = "none";  // a folder of this name is ./none
 
@@ -68,6 +69,7 @@ struct Job : Phase {
   std::chrono::nanoseconds break_after = Patience().grace;
   std::chrono::nanoseconds give_up_after = Patience().give_up;
   LogLevel log_level = LogLevel::kInfo;
+  OutputFormat format = OutputFormat::kText;  // of standard output
   std::vector<Limit> limits;
   std::string results;  // folder for the results; empty: a new one in lkbench-results; kNoResults: none
   std::string json;     // file for the results, too; empty: none

@@ -94,6 +94,8 @@ const std::vector<JobKey> kKeys = {
      WholeNumber(&Job::run_seed, 0), "drawn anew for every run"},
     {"log_level", "LEVEL", "what is printed beside results: warning, info, debug", kOutput, kJobVerbs,
      OneOf(&Job::log_level, {"warning", "info", "debug"})},
+    {"format", "FORMAT", "what is printed: text, or json, an object in each line, for programs", kOutput,
+     kDatabaseVerbs & ~kCheckVerb, OneOf(&Job::format, {"text", "json"})},
     {"limits", "LIMIT", "what the workload has to keep to, as insert.p99<20ms; exit code 3 when it does not",
      kWorkload, kWorkVerbs, LimitTable(), "none"},
     {"results", "DIR", "folder for the results, new or empty; none leaves no folder", kOutput, kWorkVerbs,

@@ -80,8 +80,11 @@ StepResult RunLoad(Bench& bench, const LoadPlan& plan, int users) {
     share.xacts.push_back(bench.Copy(Role::kLoad, *share.user, {share.user->Number(), users}, properties));
     copies.push_back(share.xacts.back().get());
   }
-  LoadProgress progress(bench.console, copies, plan.rows);
-  return StepRunner(bench.cancel, bench.breaker).Run(shares, [&] { progress.Tick(); });
+  const StatusScope scope(bench.console);
+  const LoadProgress progress(bench.views, copies, plan.rows);
+  StepResult result = StepRunner(bench.cancel, bench.breaker).Run(shares, [&] { progress.Tick(); });
+  progress.End(result.done);
+  return result;
 }
 
 // The last row tells: rows are written in order, and a failed batch ends its user's share. A table that got

@@ -4,28 +4,31 @@
 #include <algorithm>
 
 #include "lkbench/Text.h"
+#include "lkbench/display/ProgressText.h"
 
 namespace lkbench {
 
-LoadProgress::LoadProgress(Console& console, std::vector<const CXact*> copies, std::uint64_t rows)
-    : m_console(console),
-      m_copies(std::move(copies)),
-      m_rows(rows),
-      m_begin(std::chrono::steady_clock::now()) {
-  if (m_rows > 0) m_console.Status(LoadBar({0, m_rows, 0}));
+LoadProgress::LoadProgress(const RunViews& views, std::vector<const CXact*> copies, std::uint64_t rows)
+    : m_views(views), m_copies(std::move(copies)), m_rows(rows), m_begin(std::chrono::steady_clock::now()) {
+  if (m_rows > 0) m_views.Tell(&RunView::OnLoad, LoadState{0, m_rows});
 }
 
-void LoadProgress::Tick() {
-  if (m_rows == 0) return;
-  const LoadState load = Now();
-  m_console.Status(LoadLine(load), LoadBar(load));
-}
+void LoadProgress::Tick() const { Tell(Rows(), false); }
 
-LoadState LoadProgress::Now() const {
+// The counters lack the rows of the last, short batches: a load that is done has loaded all.
+void LoadProgress::End(bool is_done) const { Tell(is_done ? m_rows : Rows(), true); }
+
+std::uint64_t LoadProgress::Rows() const {
   std::uint64_t loaded = 0;
   for (const CXact* copy : m_copies) loaded += static_cast<std::uint64_t>(copy->GetRowsProcessed());
+  return std::min(loaded, m_rows);
+}
+
+void LoadProgress::Tell(std::uint64_t rows, bool is_over) const {
+  if (m_rows == 0) return;
   const std::chrono::nanoseconds elapsed = std::chrono::steady_clock::now() - m_begin;
-  return {std::min(loaded, m_rows), m_rows, static_cast<std::uint64_t>(elapsed.count())};
+  m_views.Tell(&RunView::OnLoad,
+               LoadState{rows, m_rows, static_cast<std::uint64_t>(elapsed.count()), is_over});
 }
 
 std::string LoadSummary(const LoadResult& result, const LoadPlan& plan) {

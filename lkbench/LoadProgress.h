@@ -7,23 +7,23 @@
 
 #include "db/Xact.h"
 #include "lkbench/Bench.h"
-#include "lkbench/Console.h"
 #include "lkbench/LoadPlan.h"
-#include "lkbench/display/ProgressText.h"
+#include "lkbench/display/RunView.h"
 
 namespace lkbench {
 
 class LoadProgress {
  public:
   // The copies are not owned and outlive the object. `rows` is what they will load together.
-  LoadProgress(Console& console, std::vector<const CXact*> copies, std::uint64_t rows);
-  void Tick();
+  LoadProgress(const RunViews& views, std::vector<const CXact*> copies, std::uint64_t rows);
+  void Tick() const;
+  void End(bool is_done) const;
 
  private:
-  LoadState Now() const;
+  std::uint64_t Rows() const;
+  void Tell(std::uint64_t rows, bool is_over) const;
 
-  Console& m_console;
-  const StatusScope m_scope{m_console};
+  const RunViews& m_views;
   std::vector<const CXact*> m_copies;
   std::uint64_t m_rows;
   std::chrono::steady_clock::time_point m_begin;

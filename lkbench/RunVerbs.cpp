@@ -5,7 +5,6 @@
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
 #include "lkbench/Text.h"
-#include "lkbench/display/IntervalLine.h"
 #include "lkbench/options/PhaseKeys.h"
 #include "lkbench/workload/TableWatch.h"
 #include "lkbench/workload/Workload.h"
@@ -112,10 +111,9 @@ double WorkloadScale(Bench& bench, const Schema& schema) {
   return wanted;
 }
 
-void Show(Console& console, const Progress& progress) {
-  console.Progress(IntervalLine(progress),
-                   [&](std::size_t columns) { return IntervalLine(progress, columns); });
-  console.Status(WorkloadStatus(progress));
+void TellNews(const RunViews& views, const RunNotes::News& news) {
+  for (const Event& event : news.events) views.Tell(&RunView::OnEvent, event);
+  for (const ErrorRecord& error : news.errors) views.Tell(&RunView::OnNewError, error);
 }
 
 }  // namespace
@@ -133,7 +131,14 @@ void RunWorkload(Bench& bench) {
   const std::unique_ptr<WorkloadRun, EndUnlessStuck> run(new WorkloadRun(bench, std::move(users), phases),
                                                          EndUnlessStuck{bench.is_stuck});
   const StatusScope scope(bench.console);
-  bench.workload = run->workload.Run([&](const Progress& progress) { Show(bench.console, progress); });
+  const auto tell_news = [&] { TellNews(bench.views, run->context.notes.TakeNews()); };
+  bench.workload = run->workload.Run(
+      [&](const Progress& progress) {
+        tell_news();
+        bench.views.Tell(&RunView::OnInterval, progress);
+      },
+      [&](const PhaseRecord& phase) { bench.views.Tell(&RunView::OnPhaseEnd, phase); });
+  tell_news();
 }
 
 namespace {

@@ -13,6 +13,7 @@ struct LoadState {
   std::uint64_t rows = 0;
   std::uint64_t of = 0;       // not 0
   std::uint64_t elapsed = 0;  // ns
+  bool is_over = false;
 };
 
 // "loaded 1,200 of 4,000 rows (30 %), 1,200 rows/s"

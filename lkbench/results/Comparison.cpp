@@ -12,7 +12,7 @@ namespace lkbench {
 namespace {
 
 // What belongs to a run and not to what it was asked for: no difference of settings.
-constexpr std::array kOwn = {"job.results", "job.json", "job.run_seed", "job.log_level"};
+constexpr std::array kOwn = {"job.results", "job.json", "job.run_seed", "job.log_level", "job.format"};
 
 using Settings = std::map<std::string, std::string>;
 

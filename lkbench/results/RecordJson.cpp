@@ -80,6 +80,15 @@ Json SettingsJson(const Phase& phase) {
           {"commit_every", phase.commit_every}};
 }
 
+Json XactIntervalJson(const XactInterval& interval) {
+  Json json = TallyJson(interval);
+  json["response_ns"] = DigestJson(interval.response);
+  json["service_ns"] = DigestJson(interval.service);
+  return json;
+}
+
+}  // namespace
+
 Json PhaseJson(const PhaseRecord& phase) {
   const bool warmed = phase.warm_up_end > phase.begin;
   return {{"name", phase.settings.name},
@@ -92,13 +101,6 @@ Json PhaseJson(const PhaseRecord& phase) {
           {"user_executions", phase.user_executions},
           {"most_backlog", phase.most_backlog},
           {"forgotten", phase.forgotten}};
-}
-
-Json XactIntervalJson(const XactInterval& interval) {
-  Json json = TallyJson(interval);
-  json["response_ns"] = DigestJson(interval.response);
-  json["service_ns"] = DigestJson(interval.service);
-  return json;
 }
 
 Json IntervalJson(const Interval& interval) {
@@ -128,8 +130,6 @@ Json EventJson(const Event& event) {
           {"user", event.user},
           {"text", event.text}};
 }
-
-}  // namespace
 
 double PerSecond(std::uint64_t count, std::uint64_t nanoseconds) {
   return nanoseconds == 0 ? 0 : static_cast<double>(count) * 1e9 / static_cast<double>(nanoseconds);

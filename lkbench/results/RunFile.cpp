@@ -104,29 +104,34 @@ std::string UtcText(std::chrono::system_clock::time_point moment) {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 
-std::string RunFileText(const RunFacts& facts) {
-  const Json json = {{"schema", "lkbench-run"},
-                     {"schema_version", kRunSchemaVersion},
-                     {"lkbench", {{"version", LKBENCH_VERSION}, {"optimised", kIsOptimised}}},
-                     {"verb", facts.verb},
-                     {"command", facts.command},
-                     {"repeat", facts.repeat},
-                     {"started", UtcText(facts.started)},
-                     {"elapsed_ns", facts.elapsed},
-                     {"exit_code", facts.exit_code},
-                     {"verdict", VerdictJson(facts)},
-                     {"interrupted", SignalJson(facts.signal)},
-                     {"target", {{"kind", facts.target_kind}, {"text", facts.target}}},
-                     {"environment", EnvironmentJson(facts)},
-                     {"seeds", {{"schema", facts.schema_seed}, {"run", facts.run_seed}}},
-                     {"job", facts.job},
-                     {"histogram", HistogramRuleJson()},
-                     {"load", LoadJson(facts)},
-                     {"workload", facts.workload ? WorkloadJson(*facts.workload) : Json()},
-                     {"problems", ProblemsJson(facts.problems)},
-                     {"limits", LimitsJson(facts.limits)},
-                     {"notes", facts.notes}};
-  return json.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+Json ProgramJson() { return {{"version", LKBENCH_VERSION}, {"optimised", kIsOptimised}}; }
+
+Json RunFileJson(const RunFacts& facts) {
+  return {{"schema", "lkbench-run"},
+          {"schema_version", kRunSchemaVersion},
+          {"lkbench", ProgramJson()},
+          {"verb", facts.verb},
+          {"command", facts.command},
+          {"repeat", facts.repeat},
+          {"started", UtcText(facts.started)},
+          {"elapsed_ns", facts.elapsed},
+          {"exit_code", facts.exit_code},
+          {"verdict", VerdictJson(facts)},
+          {"interrupted", SignalJson(facts.signal)},
+          {"target", {{"kind", facts.target_kind}, {"text", facts.target}}},
+          {"environment", EnvironmentJson(facts)},
+          {"seeds", {{"schema", facts.schema_seed}, {"run", facts.run_seed}}},
+          {"job", facts.job},
+          {"histogram", HistogramRuleJson()},
+          {"load", LoadJson(facts)},
+          {"workload", facts.workload ? WorkloadJson(*facts.workload) : Json()},
+          {"problems", ProblemsJson(facts.problems)},
+          {"limits", LimitsJson(facts.limits)},
+          {"notes", facts.notes}};
+}
+
+std::string RunFileText(const Json& run) {
+  return run.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace lkbench

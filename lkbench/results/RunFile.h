@@ -48,7 +48,9 @@ struct RunFacts {
   std::vector<std::string> notes;
 };
 
-std::string RunFileText(const RunFacts& facts);
+Json RunFileJson(const RunFacts& facts);
+std::string RunFileText(const Json& run);
+Json ProgramJson();  // the `lkbench` of run.json
 
 // "2026-01-02T03:04:05Z"
 std::string UtcText(std::chrono::system_clock::time_point moment);

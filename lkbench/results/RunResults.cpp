@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/results/RunResults.h"
 
+#include "lkbench/display/StreamObjects.h"
 #include "lkbench/options/EffectiveJob.h"
 #include "lkbench/options/Verbs.h"
 #include "lkbench/results/Page.h"
@@ -92,13 +93,24 @@ std::vector<std::string> RunResults::Repeating() const {
           std::filesystem::absolute(m_folder->Path() / kJob).lexically_normal().string()};
 }
 
+void RunResults::TellBegin(RunFacts facts) const {
+  facts.verb = m_invocation.verb;
+  facts.started = m_started;
+  m_console.Object(BeginObject(facts));
+}
+
 void RunResults::Write(RunFacts facts) {
   facts.verb = m_invocation.verb;
   facts.command = m_invocation.words;
   facts.started = m_started;
   facts.elapsed = static_cast<std::uint64_t>((std::chrono::steady_clock::now() - m_begin).count());
   facts.repeat = Repeating();
-  const std::string json = RunFileText(facts);
+  const Json run = RunFileJson(facts);
+  WriteFiles(facts, RunFileText(run));
+  m_console.Object(EndObject(run, m_written ? m_folder->Path().string() : ""));
+}
+
+void RunResults::WriteFiles(const RunFacts& facts, const std::string& json) {
   if (!m_invocation.job.json.empty()) WriteWhole(m_invocation.job.json, json);
   if (!m_folder || facts.exit_code == kUsage) return;
   m_written = true;

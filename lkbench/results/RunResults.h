@@ -27,13 +27,16 @@ class RunResults {
   RunResults(const RunResults&) = delete;
   RunResults& operator=(const RunResults&) = delete;
 
-  // Writes what is known and says where it is; no folder where the exit code is kUsage. `facts` lacks what
-  // this object knows: verb, command and times. Throws ResultsError when a file cannot be written; those
-  // before it are there.
+  // Tells of the begin on the stream. `facts` has the target and the seeds.
+  void TellBegin(RunFacts facts) const;
+  // Writes what is known, says where it is and ends the stream; no folder where the exit code is kUsage.
+  // `facts` lacks what this object knows: verb, command and times. Throws ResultsError when a file cannot be
+  // written; those before it are there.
   void Write(RunFacts facts);
 
  private:
   std::vector<std::string> Repeating() const;
+  void WriteFiles(const RunFacts& facts, const std::string& json);
 
   const Invocation& m_invocation;
   Console& m_console;

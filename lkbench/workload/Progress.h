@@ -18,5 +18,6 @@ struct Progress {
 };
 
 using Tick = std::function<void(const Progress&)>;
+using PhaseEnd = std::function<void(const PhaseRecord&)>;  // on the same thread
 
 }  // namespace lkbench

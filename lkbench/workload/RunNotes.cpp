@@ -20,6 +20,7 @@ void RunNotes::NoteFailure(TimePoint time, ErrorClass error_class, long code, co
   if (m_errors.size() >= kMostErrors && !m_errors.contains(key)) key.second = 0;
   const auto [place, is_new] =
       m_errors.try_emplace(key, ErrorRecord{error_class, key.second, 0, Offset(time), 0, text});
+  if (is_new) m_new_errors.push_back(key);
   ErrorRecord& error = place->second;
   ++error.count;
   error.first = std::min(error.first, Offset(time));
@@ -33,6 +34,16 @@ void RunNotes::NoteEvent(EventKind kind, TimePoint begin, TimePoint end, int use
     return;
   }
   m_events.push_back({kind, Offset(begin), Offset(end) - Offset(begin), user, text});
+}
+
+RunNotes::News RunNotes::TakeNews() {
+  const std::lock_guard lock(m_mutex);
+  News news;
+  news.events.assign(m_events.begin() + static_cast<std::ptrdiff_t>(m_told_events), m_events.end());
+  m_told_events = m_events.size();
+  for (const auto& key : m_new_errors) news.errors.push_back(m_errors.at(key));
+  m_new_errors.clear();
+  return news;
 }
 
 void RunNotes::Write(RunRecord& record) const {

@@ -23,6 +23,13 @@ class RunNotes {
   void NoteFailure(TimePoint time, ErrorClass error_class, long code, const std::string& text);
   void NoteEvent(EventKind kind, TimePoint begin, TimePoint end, int user, const std::string& text);
 
+  // What was noted since the last call: events, and the errors of numbers that are new.
+  struct News {
+    std::vector<Event> events;
+    std::vector<ErrorRecord> errors;
+  };
+  News TakeNews();
+
   void Write(RunRecord& record) const;
 
  private:
@@ -31,6 +38,8 @@ class RunNotes {
   std::map<std::pair<ErrorClass, long>, ErrorRecord> m_errors;
   std::vector<Event> m_events;
   std::uint64_t m_more_events = 0;
+  size_t m_told_events = 0;
+  std::vector<std::pair<ErrorClass, long>> m_new_errors;
 };
 
 }  // namespace lkbench

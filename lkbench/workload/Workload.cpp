@@ -56,7 +56,7 @@ Workload::Workload(std::vector<WorkloadUser>& users, std::vector<Phase> phases, 
     m_works.push_back(std::make_unique<UserWork>(users[i], static_cast<int>(i), context));
 }
 
-RunRecord Workload::Run(const Tick& tick) {
+RunRecord Workload::Run(const Tick& tick, const PhaseEnd& phase_end) {
   m_threads = std::make_unique<UserThreads>(
       static_cast<int>(m_users.size()), [this](int index) { RunUser(index); },
       [this](int missing) { m_conductor.Miss(missing, "not all users could be started"); });
@@ -67,6 +67,7 @@ RunRecord Workload::Run(const Tick& tick) {
   for (size_t i = 0; problem.empty() && i < m_phases.size(); ++i) {
     if (m_context.cancel.IsSet() || !m_conductor.HasUsers()) break;
     RunPhase(i, begin, tick);
+    if (phase_end) phase_end(m_record.phases.back());
     begin = Clock::now();
   }
   m_conductor.Finish();

@@ -36,9 +36,9 @@ class Workload {
            Patience patience = {});
 
   // Runs all phases, or until cancelled. `tick` is called on this thread about once a second and at the end
-  // of each part. Throws PrepareError when a user's PreBenchmark fails, or its call does not come back: then
-  // nothing has been measured.
-  RunRecord Run(const Tick& tick);
+  // of each part, `phase_end` with each phase's whole record. Throws PrepareError when a user's PreBenchmark
+  // fails, or its call does not come back: then nothing has been measured.
+  RunRecord Run(const Tick& tick, const PhaseEnd& phase_end = {});
   bool HasGivenUp() const { return m_record.given_up_users > 0; }  // after Run, however it ended
 
  private:

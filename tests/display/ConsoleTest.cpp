@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Pty.h"
+#include "lkbench/results/Json.h"
 
 namespace lkbench {
 namespace {
@@ -95,6 +96,31 @@ TEST_F(ConsoleTest, TheStatusGoesAtOnceBeforeTheProcessDoes) {
   m_terminal.Read();
   console.EraseStatusAtOnce();
   EXPECT_EQ(m_terminal.Read(), "\r\x1b[J");
+}
+
+TEST_F(ConsoleTest, AStreamHasObjectsOnly) {
+  const Pty errors(200);
+  std::ostringstream log;
+  Console console(m_terminal.File(), errors.File());
+  console.CopyTo(&log);
+  console.SetFormat(OutputFormat::kJson);
+  console.Progress("progress");
+  console.Result("result");
+  console.Status("status", Line("status"));
+  console.Status(Line("status"));
+  EXPECT_EQ(m_terminal.Read(), "");
+  EXPECT_THAT(log.str(), testing::HasSubstr("Z  result\n"));
+  console.Object({{"type", "load"}});
+  EXPECT_EQ(m_terminal.Read(), "{\"type\":\"load\"}\n");
+  console.Problem("bad");
+  EXPECT_EQ(m_terminal.Read(), "{\"type\":\"problem\",\"text\":\"bad\"}\n");
+  EXPECT_EQ(errors.Read(), "lkbench: bad\n");
+}
+
+TEST_F(ConsoleTest, TextHasNoObjects) {
+  Console console(m_terminal.File(), m_terminal.File());
+  console.Object({{"type", "load"}});
+  EXPECT_EQ(m_terminal.Read(), "");
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ Json Drawn(unsigned seed, double rate, double milliseconds, int seconds = 60) {
   RunFacts facts;
   facts.workload = &record;
   facts.job = {{"users", 4}, {"results", "a"}};
-  return Json::parse(RunFileText(facts));
+  return Json::parse(RunFileText(RunFileJson(facts)));
 }
 
 Comparison Pair(const Json& first, const Json& second) {

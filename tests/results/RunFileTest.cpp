@@ -27,7 +27,7 @@ RunFacts SampleFacts(const RunRecord* record) {
   return facts;
 }
 
-Json Written(const RunFacts& facts) { return Json::parse(RunFileText(facts)); }
+Json Written(const RunFacts& facts) { return Json::parse(RunFileText(RunFileJson(facts))); }
 
 }  // namespace
 
@@ -41,11 +41,11 @@ TEST(RunFile, IsWrittenAsTheTestOfItsSchemaReadsIt) {
   facts.problems = {{ERROR_LEVEL, "60", "ORA-00060: deadlock \xff", 1}};
   facts.limits = {{"p99", "<1ms", {}, LimitUnit::kNanoseconds, false}};
   facts.notes = {"a note"};
-  std::ofstream(LK_WRITTEN_RUN) << RunFileText(facts);
+  std::ofstream(LK_WRITTEN_RUN) << RunFileText(RunFileJson(facts));
   facts.workload = nullptr;
   facts.load_elapsed = 0;
   facts.signal = SIGTERM;
-  std::ofstream(LK_WRITTEN_SHORT_RUN) << RunFileText(facts);
+  std::ofstream(LK_WRITTEN_SHORT_RUN) << RunFileText(RunFileJson(facts));
 }
 
 TEST(RunFile, NamesItsSchemaAndTheStartInUtc) {
