@@ -22,6 +22,7 @@
 #include "lkbench/display/ConsoleView.h"
 #include "lkbench/display/StreamObjects.h"
 #include "lkbench/display/StreamView.h"
+#include "lkbench/metrics/MetricsView.h"
 #include "lkbench/options/TomlText.h"
 #include "lkbench/results/ResultVerbs.h"
 #include "lkbench/results/RunResults.h"
@@ -150,6 +151,14 @@ int Failed(Console& console, int code, const std::string& line) {
   return code;
 }
 
+RunFigures::Labels RunLabels(const Invocation& invocation) {
+  const Job& job = invocation.job;
+  return {{"version", LKBENCH_VERSION},
+          {"verb", invocation.verb},
+          {"schema_seed", std::to_string(job.schema_seed)},
+          {"run_seed", std::to_string(job.run_seed.value_or(0))}};
+}
+
 int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& log) {
   const std::string& verb = invocation.verb;
   const Job& job = invocation.job;
@@ -180,6 +189,7 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   }
   bench.views.Add(std::make_unique<ConsoleView>(console));
   if (job.format == OutputFormat::kJson) bench.views.Add(std::make_unique<StreamView>(console));
+  if (job.metrics > 0) bench.views.Add(std::make_unique<MetricsView>(job.metrics, RunLabels(invocation)));
   results.TellBegin(FactsOf(bench, layers, target, database.Connect().shown));
   int code = RunVerb(bench, verb, target.kind, database);
   try {

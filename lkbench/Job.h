@@ -70,6 +70,7 @@ struct Job : Phase {
   std::chrono::nanoseconds give_up_after = Patience().give_up;
   LogLevel log_level = LogLevel::kInfo;
   OutputFormat format = OutputFormat::kText;  // of standard output
+  int metrics = 0;                            // port of 127.0.0.1 that answers Prometheus; 0: none
   std::vector<Limit> limits;
   std::string results;  // folder for the results; empty: a new one in lkbench-results; kNoResults: none
   std::string json;     // file for the results, too; empty: none

@@ -12,6 +12,7 @@ namespace lkbench {
 namespace {
 
 constexpr int kMostTables = 100000;
+constexpr int kMostPort = 65535;
 constexpr int kMostColumns = 999;  // with ID a thousand, the most that a table may have
 constexpr std::uint64_t kLeastBufferPool = 32 * localdb::kMebibyte;
 constexpr std::uint64_t kMostBufferPool = 1024 * 1024 * localdb::kMebibyte;
@@ -96,6 +97,8 @@ const std::vector<JobKey> kKeys = {
      OneOf(&Job::log_level, {"warning", "info", "debug"})},
     {"format", "FORMAT", "what is printed: text, or json, an object in each line, for programs", kOutput,
      kDatabaseVerbs & ~kCheckVerb, OneOf(&Job::format, {"text", "json"})},
+    {"metrics", "PORT", "port of 127.0.0.1 at which Prometheus finds metrics of the run, 0 for none", kOutput,
+     kDatabaseVerbs & ~kCheckVerb, WholeNumber(&Job::metrics, 0, kMostPort)},
     {"limits", "LIMIT", "what the workload has to keep to, as insert.p99<20ms; exit code 3 when it does not",
      kWorkload, kWorkVerbs, LimitTable(), "none"},
     {"results", "DIR", "folder for the results, new or empty; none leaves no folder", kOutput, kWorkVerbs,

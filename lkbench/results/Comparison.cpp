@@ -12,7 +12,8 @@ namespace lkbench {
 namespace {
 
 // What belongs to a run and not to what it was asked for: no difference of settings.
-constexpr std::array kOwn = {"job.results", "job.json", "job.run_seed", "job.log_level", "job.format"};
+constexpr std::array kOwn = {"job.results",   "job.json",   "job.run_seed",
+                             "job.log_level", "job.format", "job.metrics"};
 
 using Settings = std::map<std::string, std::string>;
 

@@ -15,11 +15,12 @@ CALL = re.compile(r"\b(?:UsageError|PrepareError|ResultsError|Failure|Problem|Re
 TOKEN = re.compile(r"""//.*|'(?:[^'\\\n]|\\.)'|"(?P<text>(?:[^"\\\n]|\\.)*)"|[()]""")
 SHORTEST = 8  # a shorter text tells no message from another
 PRODUCT = "lkbench"
-TESTS = ("tests/cli", "tests/lkbench", "tests/results", "tests/fault")
+TESTS = ("tests/cli", "tests/lkbench", "tests/results", "tests/display", "tests/fault")
 
 UNTESTED = {
     "the sessions cannot be ended in order: the database has not answered for ":
         "a server cannot be stopped in that moment; UserPoolTest has the decision",
+    "it was taken just now, or the system gives no thread": "it is free a moment before",
     " has no class COracle8Driver": "nobody chooses the driver library",
     "load: it ended, but not without a problem: run `lkbench load` again":
         "no load is known that reports a problem and says that it has succeeded",

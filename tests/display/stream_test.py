@@ -58,7 +58,7 @@ class StreamTest(unittest.TestCase):
 
     def test_a_run_tells_everything_that_its_file_has(self):
         objects, err = self.stream("run", "--tables", "2", "--scale", "1", "--warm-up", "1s", "--results", "out",
-                                   "--phase", "name=one duration=1s", "--phase", "name=two duration=1s warm_up=0s")
+                                   "--phase", "name=one duration=2s", "--phase", "name=two duration=1s warm_up=0s")
         self.assertEqual(err, "")
         run = self.run_json("out")
         of = {}
