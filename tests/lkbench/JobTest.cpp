@@ -70,6 +70,8 @@ limits = { "insert.p99" = "<20ms", errors = "<1%" }
 schema_seed = 9
 run_seed = 11
 log_level = "debug"
+format = "json"
+metrics = 9180
 results = "a"
 json = "a.json"
 plugin = "p.so"
@@ -102,6 +104,8 @@ oci = "o.so"
   EXPECT_EQ(job.schema_seed, 9u);
   EXPECT_EQ(job.run_seed, 11u);
   EXPECT_EQ(job.log_level, LogLevel::kDebug);
+  EXPECT_EQ(job.format, OutputFormat::kJson);
+  EXPECT_EQ(job.metrics, 9180);
   ASSERT_EQ(job.limits.size(), 2u);
   EXPECT_EQ(job.limits[0].name, "errors");
   EXPECT_EQ(job.limits[1].name, "insert.p99");
