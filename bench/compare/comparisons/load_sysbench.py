@@ -8,7 +8,7 @@ from lkbench import Lkbench
 TITLE = "loading tables shaped as sysbench's"
 
 _TABLES = 4
-_ROWS = 40_000  # a table
+_ROWS = 100_000  # a table: of fewer, starting would be a noticeable part of a turn
 _COLUMNS = ["NUMBER(10)", "CHAR(120)", "CHAR(60)"]  # sysbench's k, c and pad, in any order
 _STORED = "char(120),char(60),decimal(10,0)"
 _USERS = (1, 2, 4)
