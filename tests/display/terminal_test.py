@@ -16,6 +16,7 @@ import unittest
 PROGRAM = ""
 PROMPT = "ready>"
 ROWS = 30
+SLOWLY = "--rows-per-commit 10"  # a flush for every ten rows, so that a load takes seconds on any machine
 
 
 class Terminal:
@@ -41,7 +42,7 @@ class Terminal:
         return [line.rstrip() for line in text.rstrip().split("\n")]
 
     def wait_for(self, condition, what):
-        end = time.monotonic() + 60
+        end = time.monotonic() + 120
         while time.monotonic() < end:
             lines = self.lines()
             if condition(lines):
@@ -100,7 +101,7 @@ class TerminalTest(unittest.TestCase):
 
     def run_is_shown(self, columns):
         terminal = self.terminal(columns)
-        terminal.start(self.script("run --tables 2 --scale 100 --duration 4s"))
+        terminal.start(self.script(f"run --tables 2 --scale 100 --duration 4s {SLOWLY}"))
         loading = terminal.wait_for(lambda lines: re.search(r"^load \[#+-+\] .* left$", lines[-1]), "a load's bar")
         self.expect_fitting(terminal, loading)
         working = terminal.wait_for(lambda lines: re.search(r"^workload .*0:0\d left .*failures 0$", lines[-1]),
@@ -209,7 +210,7 @@ class TerminalTest(unittest.TestCase):
 
     def test_a_dumb_terminal_gets_the_lines_of_a_file(self):
         terminal = self.terminal(80, TERM="dumb")
-        terminal.start(self.script("run --tables 1 --scale 200 --duration 1s"))
+        terminal.start(self.script(f"run --tables 1 --scale 200 --duration 1s {SLOWLY}"))
         lines = terminal.wait_for_prompt()
         self.assertTrue(any(re.match(r"loaded [\d,]+ of 200,000 rows", line) for line in lines), lines)
         self.expect_clean_end(terminal, lines)
