@@ -15,9 +15,10 @@ std::string TomlText(const std::string& text) {
 }
 
 std::string DurationText(std::chrono::nanoseconds duration) {
-  using namespace std::chrono;
-  if (duration % 1s == 0ns) return std::to_string(duration / 1s) + 's';
-  if (duration % 1ms == 0ns) return std::to_string(duration / 1ms) + "ms";
+  constexpr std::chrono::seconds kSecond(1);
+  constexpr std::chrono::milliseconds kMillisecond(1);
+  if (duration % kSecond == duration.zero()) return std::to_string(duration / kSecond) + 's';
+  if (duration % kMillisecond == duration.zero()) return std::to_string(duration / kMillisecond) + "ms";
   return Short(static_cast<double>(duration.count()) / 1e6) + "ms";
 }
 

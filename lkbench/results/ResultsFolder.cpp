@@ -37,7 +37,7 @@ fs::path MakeNew(const std::string& verb, std::chrono::system_clock::time_point 
   fs::create_directories(kParent, error);
   const std::string name = FileTime(started) + '-' + verb;
   for (int number = 1; !error; ++number) {
-    const fs::path path = fs::path(kParent) / (number == 1 ? name : name + '-' + std::to_string(number));
+    fs::path path = fs::path(kParent) / (number == 1 ? name : name + '-' + std::to_string(number));
     if (fs::create_directory(path, error)) return path;
   }
   RefuseParent(error.message());
@@ -125,7 +125,7 @@ std::string ReadWhole(const fs::path& file) {
   std::error_code unknown;
   if (fs::is_directory(file, unknown)) throw UsageError(file.string() + " cannot be read: it is a folder");
   std::ifstream stream(file, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  std::string text{std::istreambuf_iterator<char>(stream), {}};
   if (!stream.is_open() || stream.bad()) throw UsageError(file.string() + " cannot be read: " + ErrnoText());
   return text;
 }

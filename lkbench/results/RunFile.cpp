@@ -48,7 +48,8 @@ Json VerdictJson(const RunFacts& facts) {
     return {{"result", "interrupted"}, {"text", "stopped early; what was measured until then is here"}};
   if (!facts.failure.empty()) return {{"result", "error"}, {"text", facts.failure}};
   if (facts.exit_code == kLimitFailed) return {{"result", "limit"}, {"text", FailedLimits(facts.limits)}};
-  const Tally total = facts.workload ? Tally(facts.workload->measured.total) : Tally();
+  Tally total;
+  if (facts.workload) total.Add(facts.workload->measured.total);
   if (facts.exit_code != kDone) return {{"result", "failures"}, {"text", FailureText(total)}};
   std::string text = facts.workload ? "every execution succeeded" : "everything was done";
   if (total.failures > 0) text = FailureText(total);

@@ -44,7 +44,7 @@ class Collector {
   std::string Unused(const std::string& name, const std::string& ending) const {
     std::string unused = name + ending;
     for (int next = 2; std::ranges::count(m_files, unused, &SpectrumFile::name) > 0; ++next)
-      unused = name + '-' + std::to_string(next) + ending;
+      unused = (name + '-').append(std::to_string(next)).append(ending);
     return unused;
   }
 

@@ -149,7 +149,7 @@ bool PieceList::IsAsWritten(std::size_t i, bool behind) const {
   if (piece.change != 0 || piece.removed || piece.gap_removed) return false;
   if (!token.gap.empty()) return !MayHoldComment(token.gap);
   const char first = token.text.front();
-  return (first != '"' && first != '\'') || (behind && token.text.data()[-1] != first);
+  return (first != '"' && first != '\'') || (behind && *(token.text.data() - 1) != first);
 }
 
 void PieceList::Append(std::size_t i, bool with_gap, std::string& text) const {
