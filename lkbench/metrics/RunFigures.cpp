@@ -52,7 +52,7 @@ void RunFigures::EndPhase() {
 }
 
 RunFigures::Xact RunFigures::Condensed(const XactTotals& totals) {
-  Xact xact{totals.name, totals, totals.response.Count(), totals.response.Sum()};
+  Xact xact{totals.name, static_cast<const Tally&>(totals), totals.response.Count(), totals.response.Sum()};
   for (std::size_t bucket = 0; bucket < histogram::kBuckets; ++bucket)
     for (std::size_t i = 0; i < kResponseBounds.size(); ++i)
       if (Seconds(histogram::MiddleOf(bucket)) <= kResponseBounds[i])

@@ -42,7 +42,7 @@ class RunFigures final : public prometheus::Collectable {
   struct Place {  // the labels of a phase's part
     std::string phase;
     bool warm_up = false;
-    auto operator<=>(const Place&) const = default;
+    auto operator<=>(const Place&) const = default;  // NOLINT(modernize-use-nullptr): there is no pointer
   };
   static Xact Condensed(const XactTotals& totals);
   static Labels LabelsOf(const Place& place, const Xact& xact);

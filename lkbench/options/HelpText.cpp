@@ -63,6 +63,7 @@ const std::vector<ExitStatus> kStatuses = {{kDone, "done"},
 
 std::string ExitCodesText() {
   std::vector<std::string> codes;
+  codes.reserve(std::size(kStatuses));
   for (const ExitStatus& status : kStatuses)
     codes.push_back(std::to_string(status.code) + ' ' + status.meaning);
   return "Exit codes: " + Join(codes, ", ") + '.';

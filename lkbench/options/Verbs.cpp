@@ -131,6 +131,7 @@ const VerbInfo* FindVerb(const std::string& name) {
 
 std::vector<std::string> VerbNames() {
   std::vector<std::string> names;
+  names.reserve(std::size(kVerbs));
   for (const VerbInfo& verb : kVerbs) names.push_back(verb.name);
   return names;
 }

@@ -23,7 +23,8 @@ void Flatten(Settings& settings, const std::string& name, const Json& value) {
       settings[name] = value.is_string() ? value.get<std::string>() : value.dump();
     return;
   }
-  for (const auto& [key, each] : value.items()) Flatten(settings, name + "." + key, each);
+  for (const auto& [key, each] : value.items())
+    Flatten(settings, std::string(name).append(".").append(key), each);
 }
 
 Settings SettingsOf(const Json& run) {

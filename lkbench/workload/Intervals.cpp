@@ -16,7 +16,7 @@ XactTotals Growth(const XactTotals& now, const XactTotals* before) {
 
 XactInterval IntervalOf(const XactTotals& growth) {
   XactInterval interval;
-  static_cast<Tally&>(interval) = growth;
+  static_cast<Tally&>(interval) = static_cast<const Tally&>(growth);
   interval.response = DigestOf(growth.response);
   interval.service = DigestOf(growth.service);
   return interval;

@@ -63,8 +63,10 @@ std::string PercentileSpectrum(const HistogramData& times) {
   for (std::size_t bucket = 0; bucket < histogram::kBuckets && seen < times.Count(); ++bucket) {
     seen += times.CountOf(bucket);
     const double reached = 100.0 * static_cast<double>(seen) / static_cast<double>(times.Count());
-    for (; times.CountOf(bucket) > 0 && percent <= reached && seen < times.Count(); percent = Next(percent))
+    while (times.CountOf(bucket) > 0 && percent <= reached && seen < times.Count()) {
       text += Row(times, percent, seen);
+      percent = Next(percent);
+    }
   }
   if (times.Count() > 0) text += Row(times, 100, times.Count());
   return text + Foot(times);

@@ -68,6 +68,7 @@ std::vector<TableTotals> ByColumnCount(const std::vector<TableTotals>& tables) {
     group.Add(table);
   }
   std::vector<TableTotals> list;
+  list.reserve(groups.size());
   for (auto& [columns, group] : groups) list.push_back(std::move(group));
   return list;
 }

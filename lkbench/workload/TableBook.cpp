@@ -48,7 +48,7 @@ TableBook::~TableBook() = default;
 
 TableBook::Entry& TableBook::Of(int user, int table) {
   const int known = table > m_tables ? 0 : table;
-  return *m_entries[static_cast<size_t>(user % m_copies * (m_tables + 1) + known)];
+  return *m_entries[Index(user % m_copies, known)];
 }
 
 void TableBook::Record(int user, int table, const Execution& execution) {
@@ -67,8 +67,7 @@ std::vector<TableTotals> TableBook::Totals(const std::vector<int>& columns) cons
   std::vector<TableTotals> all;
   for (int table = 0; table <= m_tables; ++table) {
     TableTotals totals;
-    for (int copy = 0; copy < m_copies; ++copy)
-      m_entries[static_cast<size_t>(copy * (m_tables + 1) + table)]->AddTo(totals);
+    for (int copy = 0; copy < m_copies; ++copy) m_entries[Index(copy, table)]->AddTo(totals);
     if (totals.executions == 0) continue;
     totals.number = table;
     totals.name = table == 0 ? "(unknown)" : "LK_REP_TABLE" + std::to_string(table);

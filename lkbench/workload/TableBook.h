@@ -34,6 +34,11 @@ class TableBook {
   struct Entry;
   Entry& Of(int user, int table);
 
+  std::size_t Index(int copy, int table) const {
+    return static_cast<std::size_t>(copy) * (static_cast<std::size_t>(m_tables) + 1) +
+           static_cast<std::size_t>(table);
+  }
+
   int m_tables;
   int m_copies;
   std::vector<std::unique_ptr<Entry>> m_entries;  // by copy, then by table
