@@ -49,6 +49,7 @@ std::vector<Pair> Differences(const Job& job, const ServerSettings& running) {
 
 std::string Listed(const std::vector<Pair>& pairs, std::string Pair::*side) {
   std::vector<std::string> texts;
+  texts.reserve(pairs.size());
   for (const Pair& pair : pairs) texts.push_back(std::string(pair.key) + ' ' + pair.*side);
   return Join(texts, ", ");
 }

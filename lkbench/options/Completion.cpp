@@ -75,9 +75,10 @@ std::string ZshFlag(const KeyText& key) {
   if (key.form.is_file) action += "_files";
   if (!key.form.choices.empty()) action += '(' + Join(key.form.choices, " ") + ')';
   if (key.form.shape == KeyShape::kSwitch) action.clear();
+  const std::string begin = " '" + repeat;
+  const std::string end = '[' + ZshText(key.help) + ']' + action + "'";
   std::string specs;
-  for (const std::string& spelling : Spellings(key))
-    specs += " '" + repeat + spelling + '[' + ZshText(key.help) + ']' + action + "'";
+  for (const std::string& spelling : Spellings(key)) specs.append(begin).append(spelling).append(end);
   return specs;
 }
 

@@ -10,6 +10,6 @@
 
 namespace lkbench {
 
-std::string EffectiveJobText(const Job& job);
+std::string EffectiveJobText(const Job& given);
 
 }  // namespace lkbench
