@@ -155,7 +155,7 @@ std::string ParseProblem(const std::string& text) {
   const std::string flag = text.substr(0, text.find(':'));
   for (const KeyText& key : AllFlags())
     if (flag == key.Flag() && !key.value.empty())
-      return flag + ": its value is missing: " + flag + ' ' + key.value;
+      return std::string(flag).append(": its value is missing: ").append(flag).append(" ").append(key.value);
   return OneLine(text);
 }
 

@@ -55,7 +55,8 @@ std::string TablesText(const Job& job, bool is_known) {
   if (!is_known && first == 1) return "every table of the schema";
   if (!is_known) return "every table of the schema from " + TableName(first) + " on";
   const std::string names = TableName(first) + (first == job.tables ? "" : " to " + TableName(job.tables));
-  return Plural(static_cast<std::uint64_t>(job.tables - first + 1), "table") + ", " + names;
+  const int count = job.tables - first + 1;
+  return Plural(static_cast<std::uint64_t>(count), "table") + ", " + names;
 }
 
 class Plan {

@@ -15,9 +15,9 @@ constexpr int kMostTables = 100000;
 constexpr int kMostPort = 65535;
 constexpr int kMostColumns = 999;  // with ID a thousand, the most that a table may have
 constexpr std::uint64_t kLeastBufferPool = 32 * localdb::kMebibyte;
-constexpr std::uint64_t kMostBufferPool = 1024 * 1024 * localdb::kMebibyte;
+constexpr std::uint64_t kMostBufferPool = std::uint64_t{1024} * 1024 * localdb::kMebibyte;
 constexpr std::uint64_t kLeastLog = 8 * localdb::kMebibyte;
-constexpr std::uint64_t kMostLog = 512 * 1024 * localdb::kMebibyte;  // the server's own limit
+constexpr std::uint64_t kMostLog = std::uint64_t{512} * 1024 * localdb::kMebibyte;  // the server's own limit
 
 constexpr Verbs kShapeVerbs = kBuildVerbs | kDdlVerb;  // draw the tables
 

@@ -7,11 +7,11 @@
 
 #include "lkbench/workload/TableWatch.h"
 
-extern "C" __attribute__((visibility("default"))) sword OCIStmtPrepare(OCIStmt* statement, OCIError* error,
-                                                                       const OraText* text, ub4 length,
+extern "C" __attribute__((visibility("default"))) sword OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp,
+                                                                       const OraText* stmt, ub4 stmt_len,
                                                                        ub4 language, ub4 mode) {
   static const auto next = reinterpret_cast<decltype(&OCIStmtPrepare)>(dlsym(RTLD_NEXT, "OCIStmtPrepare"));
   if (next == nullptr) return OCI_INVALID_HANDLE;  // no OCI library is loaded
-  if (text != nullptr) lkbench::NoteStatement({reinterpret_cast<const char*>(text), length});
-  return next(statement, error, text, length, language, mode);
+  if (stmt != nullptr) lkbench::NoteStatement({reinterpret_cast<const char*>(stmt), stmt_len});
+  return next(stmtp, errhp, stmt, stmt_len, language, mode);
 }
