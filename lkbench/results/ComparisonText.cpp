@@ -99,7 +99,8 @@ Json ComparisonJson(const std::vector<Comparison>& comparisons) {
       {"schema", "lkbench-compare"},
       {"schema_version", 1},
       {"test",
-       "Welch's t test on the means of blocks of intervals, Holm's correction over the figures of a pair"},
+       "Welch's t test on the intervals, with as many degrees of freedom as they tell independently, Holm's "
+       "correction over the figures of a pair"},
       {"level", kLevel},
       {"pairs", pairs}};
 }

@@ -41,18 +41,36 @@ double Beta(double a, double b, double x) {
   return std::exp(log_front) * BetaFraction(a, b, x) / a;
 }
 
+// What a series tells of its mean.
+struct Level {
+  double mean = 0;
+  double error = 0;  // the variance of that mean
+  double independent = 0;
+};
+
+// Values that are alike vary less than they would over a longer time: the variance is raised by what is
+// missing.
+Level LevelOf(const Series& values) {
+  const auto count = static_cast<double>(values.size());
+  const double independent = IndependentCount(values);
+  const double missing = (count - 1) / (count - count / independent);
+  return {Mean(values), Variance(values) * missing / independent, independent};
+}
+
+bool CanBeJudged(const Series& values) {
+  return values.size() >= kFewestValues && IndependentCount(values) >= kFewestIndependent;
+}
+
 struct Welch {
   double error = 0;    // of the difference of the means
   double freedom = 1;  // degrees of it
 };
 
-Welch WelchOf(const Series& first, const Series& second) {
-  const double one = Variance(first) / static_cast<double>(first.size());
-  const double other = Variance(second) / static_cast<double>(second.size());
-  const double sum = one + other;
+Welch WelchOf(const Level& first, const Level& second) {
+  const double sum = first.error + second.error;
   if (sum == 0) return {};
-  const double parts = one * one / static_cast<double>(first.size() - 1) +
-                       other * other / static_cast<double>(second.size() - 1);
+  const double parts = first.error * first.error / (first.independent - 1) +
+                       second.error * second.error / (second.independent - 1);
   return {std::sqrt(sum), sum * sum / parts};
 }
 
@@ -86,29 +104,20 @@ double Autocorrelation(const Series& values) {
   return std::clamp(corrected, -0.99, 0.99);
 }
 
-std::size_t BlockLength(const Series& values) {
-  if (values.size() < 2) return 1;
+double IndependentCount(const Series& values) {
+  const auto count = static_cast<double>(values.size());
+  if (values.size() < 2) return count;
   const double correlation = Autocorrelation(values);
-  if (correlation <= 1 / std::sqrt(static_cast<double>(values.size()))) return 1;  // as chance makes it
-  return static_cast<std::size_t>(std::ceil(4 * (1 + correlation) / (1 - correlation)));
-}
-
-Series BlockMeans(const Series& values, std::size_t length) {
-  Series means;
-  for (std::size_t begin = 0; begin + length <= values.size(); begin += length) {
-    const auto first = values.begin() + static_cast<std::ptrdiff_t>(begin);
-    means.push_back(std::accumulate(first, first + static_cast<std::ptrdiff_t>(length), 0.0) /
-                    static_cast<double>(length));
-  }
-  return means;
+  if (correlation <= 1 / std::sqrt(count)) return count;
+  return count * (1 - correlation) / (1 + correlation);
 }
 
 std::optional<Difference> Compare(const Series& first, const Series& second) {
-  const Series one = BlockMeans(first, BlockLength(first));
-  const Series other = BlockMeans(second, BlockLength(second));
-  if (one.size() < kFewestBlocks || other.size() < kFewestBlocks) return {};
+  if (!CanBeJudged(first) || !CanBeJudged(second)) return {};
+  const Level one = LevelOf(first);
+  const Level other = LevelOf(second);
   Difference difference;
-  difference.mean = Mean(other) - Mean(one);
+  difference.mean = other.mean - one.mean;
   const Welch welch = WelchOf(one, other);
   if (welch.error == 0) {
     difference.p_value = difference.mean == 0 ? 1 : 0;

@@ -2,8 +2,9 @@
 // Whether two series of measurements differ by more than they vary themselves.
 //
 // Neighbouring intervals of a run are alike (a checkpoint slows several of them), so they are no independent
-// samples. Each series is cut into blocks that are long against its autocorrelation, and the means of the
-// blocks are compared by Welch's t test, which takes unequal variances and numbers. Pure functions.
+// samples: n values with an autocorrelation of r tell as much about their mean as n (1 - r) / (1 + r)
+// independent ones. Welch's t test, which takes unequal variances and numbers, is made with that number. Pure
+// functions.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +15,9 @@ namespace lkbench {
 
 using Series = std::vector<double>;
 
-inline constexpr std::size_t kFewestBlocks = 6;  // of a series that can be judged
+// A series that can be judged has at least so many values, which tell as much as so many independent ones.
+inline constexpr std::size_t kFewestValues = 6;
+inline constexpr double kFewestIndependent = 4;
 
 double Mean(const Series& values);
 double Variance(const Series& values);  // of a sample; 0 of fewer than two
@@ -23,10 +26,9 @@ double Variance(const Series& values);  // of a sample; 0 of fewer than two
 // short series has.
 double Autocorrelation(const Series& values);
 
-// How many neighbours make a block: 4 times (1 + r) / (1 - r), the number of correlated values that tell as
-// much as one independent one; 1 for a series without correlation.
-std::size_t BlockLength(const Series& values);
-Series BlockMeans(const Series& values, std::size_t length);  // of whole blocks
+// As how many independent values these tell of their mean; all of them where the correlation is no larger
+// than chance makes it.
+double IndependentCount(const Series& values);
 
 struct Difference {
   double mean = 0;     // of the second series less that of the first
@@ -34,7 +36,7 @@ struct Difference {
   double p_value = 1;  // of a difference at least as large when there is none
 };
 
-// Missing when a series is too short for kFewestBlocks blocks.
+// Missing when a series is too short to know its own noise.
 std::optional<Difference> Compare(const Series& first, const Series& second);
 
 // Holm's correction for several tests at once: each p value as large as it has to be so that `p < level` has

@@ -16,7 +16,8 @@ FENCE, END = "```console", "```"
 SKIPPED = "..."
 
 VERDICTS = re.compile(r"(?:higher|lower) \((?:better|worse)\)|within noise|too short to tell")
-DOUBTS = ("note: p99 of fewer than", "note: lkbench itself kept")  # a run on a slow machine has them
+# What a run on a slow machine, or of a build for debugging, says beside.
+DOUBT = re.compile("note: (p99 of fewer than|lkbench itself kept|.*was built without optimisation)")
 TIME = re.compile(r"\d{4}-\d\d-\d\d[T ]\d\d[:-]\d\d[:-]\d\dZ?")
 MASKS = [
     (re.compile(r"\d[\d,]*(?:\.\d+)+|\d{1,3}(?:,\d{3})+|\d{5,}"), "<number>"),
@@ -112,7 +113,10 @@ def cut(old, new):
 
 
 def without_doubts(lines):
-    return [line for line in lines if not line.startswith(DOUBTS)]
+    kept = [line for line in lines if not DOUBT.match(line)]
+    while kept and kept[-1] == "" and len(kept) < len(lines):  # what set them apart
+        kept.pop()
+    return kept
 
 
 def masked(line, vary):

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 #include <random>
 
 using namespace lkbench;
@@ -50,7 +51,7 @@ TEST(Student, TailsAreThoseOfTheTables) {
 
 TEST(Welch, OfTwoSmallSamplesIsWhatOneComputesByHand) {
   // Means 3.5 and 5.5, variances 3.5 of six values each: error sqrt(3.5 / 3) = 1.0801, t = 1.8516, 10
-  // degrees. The values swing, so each is a block.
+  // degrees. The values swing, so each counts.
   const auto difference = Compare({1, 4, 3, 6, 2, 5}, {3, 6, 5, 8, 4, 7});
   ASSERT_TRUE(difference);
   EXPECT_DOUBLE_EQ(difference->mean, 2);
@@ -58,18 +59,28 @@ TEST(Welch, OfTwoSmallSamplesIsWhatOneComputesByHand) {
   EXPECT_NEAR(difference->p_value, 0.0938, 1e-4);
 }
 
-TEST(Blocks, AreLongerThanWhatIsCorrelated) {
-  EXPECT_EQ(BlockLength({1, -1, 1, -1, 1, -1, 1, -1}), 1u);
+TEST(IndependentCount, IsLowerWhereNeighboursAreAlike) {
+  EXPECT_EQ(IndependentCount({1, -1, 1, -1, 1, -1, 1, -1}), 8);
   std::mt19937 random(1);
   const Series values = Drawn(random, 20000, 0, 1, 0.5);
   EXPECT_NEAR(Autocorrelation(values), 0.5, 0.02);
-  EXPECT_NEAR(static_cast<double>(BlockLength(values)), 12, 1);  // 4 * 1.5 / 0.5
-  EXPECT_EQ(BlockMeans({1, 3, 5, 7, 100}, 2), (Series{2, 6}));
+  EXPECT_NEAR(IndependentCount(values), 20000 * 0.5 / 1.5, 300);
+}
+
+TEST(Compare, CountsValuesThatAreAlikeAsFewerOnes) {
+  // 1.5 / 0.5 times the variance of a mean of independent values.
+  std::mt19937 random(2);
+  const Series first = Drawn(random, 10000, 0, 1, 0.5);
+  const Series second = Drawn(random, 10000, 0, 1, 0.5);
+  EXPECT_NEAR(Compare(first, second)->margin, 1.96 * std::sqrt(2 * 3 / 10000.0), 0.002);
 }
 
 TEST(Compare, SaysNothingOfSeriesThatAreTooShort) {
   EXPECT_FALSE(Compare({1, 2, 1, 2, 1}, {1, 2, 1, 2, 1, 2}));
   EXPECT_TRUE(Compare({1, 2, 1, 2, 1, 2}, {1, 2, 1, 2, 1, 2}));
+  Series drifting(60);
+  std::iota(drifting.begin(), drifting.end(), 0);
+  EXPECT_FALSE(Compare(drifting, drifting));  // each second is like the one before: as good as one value
 }
 
 TEST(Compare, OfValuesThatNeverVaryIsCertain) {
@@ -80,15 +91,19 @@ TEST(Compare, OfValuesThatNeverVaryIsCertain) {
 TEST(Compare, ClaimsADifferenceWhereThereIsNoneInAboutFiveOfAHundredRuns) {
   EXPECT_LE(Claimed(60, 0, 0), 0.065);
   EXPECT_GE(Claimed(60, 0, 0), 0.030);
-  EXPECT_LE(Claimed(60, 0.5, 0), 0.070);
-  EXPECT_LE(Claimed(300, 0.5, 0), 0.090);
-  EXPECT_LE(Claimed(300, 0.8, 0), 0.090);  // the length of blocks is itself estimated
+  for (const double memory : {0.0, 0.3, 0.5, 0.7, 0.9}) {
+    for (const size_t count : {20, 60, 300})
+      EXPECT_LE(Claimed(count, memory, 0), 0.075) << count << " values, memory " << memory;
+    EXPECT_LE(Claimed(10, memory, 0), 0.09) << "memory " << memory;  // the memory of so few can only be guessed
+  }
 }
 
 TEST(Compare, FindsADifferenceThatIsThere) {
   EXPECT_GE(Claimed(60, 0, 5), 0.99);  // 5 % of the level, as large as the noise of a second
   EXPECT_GE(Claimed(60, 0, 3), 0.85);
   EXPECT_GE(Claimed(300, 0.5, 3), 0.95);
+  EXPECT_GE(Claimed(60, 0.5, 3), 0.35);
+  EXPECT_GE(Claimed(60, 0.7, 10), 0.90);
 }
 
 TEST(Holm, RaisesEachValueByThoseThatAreLeftAndKeepsTheirOrder) {
