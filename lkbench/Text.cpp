@@ -142,7 +142,12 @@ bool ParseWhole(std::string_view text, Number& value) {
 }  // namespace
 
 bool ParseInteger(std::string_view text, std::int64_t& value) { return ParseWhole(text, value); }
-bool ParseReal(std::string_view text, double& value) { return ParseWhole(text, value); }
+bool ParseReal(std::string_view text, double& value) {
+  double parsed = 0;
+  if (!ParseWhole(text, parsed) || !std::isfinite(parsed)) return false;
+  value = parsed;
+  return true;
+}
 
 bool ParseDuration(std::string_view text, std::chrono::nanoseconds& duration) {
   struct Unit {

@@ -39,7 +39,8 @@ bool ParseDuration(std::string_view text, std::chrono::nanoseconds& duration);
 // text.
 bool ParseSize(std::string_view text, std::uint64_t& bytes);
 std::string SizeText(std::uint64_t bytes);  // of whole mebibytes: 1.5GiB, 100MiB
-// Whole-text conversions without locale; false when anything is left over or out of range.
+// Whole-text conversions without locale; false when anything is left over or out of range. A real is
+// finite.
 bool ParseInteger(std::string_view text, std::int64_t& value);
 bool ParseReal(std::string_view text, double& value);
 

@@ -37,6 +37,13 @@ TEST(Text, AShortNumberReadsBackAsItself) {
   }
 }
 
+TEST(Text, WhatIsNoNumberIsNotRead) {
+  double value = 7;
+  for (const char* text : {"nan", "-nan", "inf", "-inf", "infinity", "1e999", "1x", ""})
+    EXPECT_FALSE(ParseReal(text, value)) << text;
+  EXPECT_EQ(value, 7);
+}
+
 TEST(Text, SeveralLinesBecomeOne) {
   EXPECT_EQ(OneLine("first\nsecond\n"), "first: second");
   EXPECT_EQ(OneLine("first:\r\nsecond"), "first: second");

@@ -74,6 +74,7 @@ TEST(Limit, ThatIsNoneIsRefusedWithThePlaceAndWhatWouldBeRight) {
             "job.toml:3: limit p99 cannot be \"<20\": a time with its unit is needed, as <20ms");
   EXPECT_EQ(Refusal("throughput", ">5%"),
             "job.toml:3: limit throughput cannot be \">5%\": a number per second is needed, as >500");
-  EXPECT_EQ(Refusal("errors", "<x%"),
-            "job.toml:3: limit errors cannot be \"<x%\": a share or a number is needed, as <0.1% or <1");
+  for (const std::string bound : {"x", "nan", "inf"})
+    EXPECT_EQ(Refusal("errors", "<" + bound + "%"), "job.toml:3: limit errors cannot be \"<" + bound +
+                                                        "%\": a share or a number is needed, as <0.1% or <1");
 }
