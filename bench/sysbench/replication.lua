@@ -1,8 +1,8 @@
 -- SPDX-License-Identifier: Apache-2.0
 -- The statements of lkbench's workload, made by sysbench on the tables that lkbench has created and loaded.
--- An insert describes its table by a prepare, draws an ID, inserts a row and commits; an update describes, updates all
--- columns of a row and commits; a delete deletes a row and commits. Values are those of rows that are there. Each thread
--- tells at its end how many statements it made, counted as they are for lkbench.
+-- An insert describes its table by a prepare, draws an ID, inserts a row and commits; an update describes, sets all
+-- columns of a row, its ID to what it is included, and commits; a delete deletes a row and commits. Values are those of
+-- rows that are there. Each thread tells at its end how many statements it made, counted as they are for lkbench.
 
 sysbench.cmdline.options = {
   tables = {"how many of lkbench's tables", 4},
@@ -90,7 +90,8 @@ end
 
 local function update(t)
   describe(t)
-  con:query(t.update .. t.settings[draw(#t.settings)] .. " WHERE ID = " .. draw(sysbench.opt.rows))
+  local id = draw(sysbench.opt.rows)
+  con:query(string.format("%sID=%d,%s WHERE ID=%d", t.update, id, t.settings[draw(#t.settings)], id))
   commit(2)
 end
 
