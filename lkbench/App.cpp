@@ -19,11 +19,11 @@
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextVerbs.h"
+#include "lkbench/VerbThread.h"
 #include "lkbench/display/ConsoleView.h"
 #include "lkbench/display/StreamObjects.h"
 #include "lkbench/display/StreamView.h"
 #include "lkbench/metrics/MetricsView.h"
-#include "lkbench/options/TomlText.h"
 #include "lkbench/results/ResultVerbs.h"
 #include "lkbench/results/RunResults.h"
 #include "localdb/LocalServer.h"
@@ -53,6 +53,10 @@ class Database {
   const ConnectData& Connect() const { return m_connect; }
   // What is likely behind a failure, when something is known of it.
   std::string LikelyReason() const { return m_local ? m_local->SpaceProblem() : std::string(); }
+  // Leaves the private server. False when that takes longer.
+  bool Leave(std::chrono::nanoseconds patience) {
+    return !m_local || EndsWithin(patience, [local = std::shared_ptr(std::move(m_local))] {});
+  }
   // A private server that another lkbench has started, with whatever settings that one had.
   bool IsShared() const { return m_local && !m_local->Started(); }
   std::string Note() const {
@@ -65,7 +69,7 @@ class Database {
     localdb::Options options;
     options.settings = settings;
     try {
-      m_local.emplace(target.folder, options);
+      m_local = std::make_unique<localdb::LocalServer>(target.folder, options);
     } catch (const localdb::LocalServerError& error) {
       throw PrepareError(OneLine(error.what()));
     }
@@ -75,7 +79,7 @@ class Database {
     m_connect.password = m_local->Password();
   }
 
-  std::optional<localdb::LocalServer> m_local;
+  std::unique_ptr<localdb::LocalServer> m_local;
   ConnectData m_connect;
 };
 
@@ -109,7 +113,7 @@ VerbFunction FunctionOf(const std::string& verb) {
 
 // Asks the server for its settings; those of a private server are compared with what the job says.
 void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
-  bench.server_version = OneLine(bench.Admin().Driver().GetServerVersion().ToChar());
+  bench.server_version = bench.Admin().ServerVersion();
   bench.server = ReadServerSettings(kind, bench.Admin());
   if (!database.IsShared() || !bench.server) return;
   const std::string note = SharedServerNote(bench.job, *bench.server, database.Connect().shown);
@@ -120,21 +124,43 @@ void LearnSettings(Bench& bench, TargetKind kind, const Database& database) {
 // taken down under them. A private server is stopped by its keeper.
 [[noreturn]] void LeaveAtOnce(int code) { std::_Exit(code); }
 
-// Sessions that the database does not let end are left behind, with the process.
-void EndSessions(UserPool& users, const Job& job, Console& console, int code) {
-  const std::chrono::nanoseconds patience = job.break_after + job.give_up_after;
-  if (users.Close(patience)) return;
-  console.Problem("the sessions cannot be ended in order: the database has not answered for " +
-                  DurationText(patience));
-  LeaveAtOnce(code);
+// How long the end of the sessions may take: after a signal, what is left of the time for everything.
+std::chrono::nanoseconds PatienceAtEnd(const Bench& bench) {
+  constexpr std::chrono::milliseconds kLeast{500};  // for a database that does answer
+  const Patience patience = PatienceOf(bench.job);
+  if (bench.cancel.Signal() != 0)
+    return std::max<std::chrono::nanoseconds>(
+        bench.cancel.SignalledAt() + patience.Whole() - std::chrono::steady_clock::now(), kLeast);
+  const bool is_limited = patience.call.count() > 0;
+  return is_limited ? std::min(patience.Whole(), patience.call + patience.give_up) : patience.Whole();
 }
 
-// Runs the verb; what it throws becomes its one line and the exit code.
-int RunVerb(Bench& bench, const std::string& verb, TargetKind kind, const Database& database) {
+// What the database does not let end is left behind, with the process.
+void EndInOrder(Bench& bench, Database& database, int code) {
+  if (bench.is_stuck) LeaveAtOnce(code);
+  const std::chrono::nanoseconds patience = PatienceAtEnd(bench);
+  if (!bench.users.Close(patience)) {
+    bench.console.Problem("the sessions cannot be ended in order: the database has not answered for " +
+                          Fixed(std::chrono::duration<double>(patience).count(), 1) + " s");
+    LeaveAtOnce(code);
+  }
+  if (bench.cancel.Signal() != 0 && !database.Leave(PatienceAtEnd(bench))) LeaveAtOnce(code);
+}
+
+[[noreturn]] void GiveUp(Bench& bench, const std::string& reason) {
+  bench.is_stuck = true;
+  bench.views.Close();
+  bench.console.EraseStatus();
+  throw Failure(bench.workload ? kRanWithFailures : kCannotPrepare, reason);
+}
+
+// Runs the verb's work; what it throws becomes its one line and the exit code.
+int RunVerb(Bench& bench, const std::string& verb, const std::function<void()>& work) {
   int code = kDone;
   try {
-    LearnSettings(bench, kind, database);
-    FunctionOf(verb)(bench);
+    const std::string hanging =
+        RunPatiently(work, {verb, PatienceOf(bench.job)}, bench.users.Calls(), bench.cancel, bench.console);
+    if (!hanging.empty()) GiveUp(bench, hanging);
     if (bench.workload) code = WorkloadCode(*bench.workload, bench.job.limits);
   } catch (const Failure& failure) {
     code = failure.Code();
@@ -173,25 +199,31 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   }
   LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
   RunResults results(invocation, console);
-  const Database database(target, job);
+  Database database(target, job);
   std::signal(SIGPIPE, SIG_IGN);  // a reader of our output that ends first does not end the run
   CancelSwitch cancel;
   CallBreaker breaker;
-  UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log);
+  CallWatch calls(breaker);
+  UserPool users([&] { return layers.NewDriver(); }, database.Connect(), log, calls);
   const SignalWatch signals(cancel, breaker, console);
   Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false, {}};
   if (verb == "check") {
-    LearnSettings(bench, target.kind, database);
-    console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
-                             bench.server));
-    EndSessions(users, job, console, kDone);
-    return kDone;
+    const int code = RunVerb(bench, verb, [&] {
+      LearnSettings(bench, target.kind, database);
+      console.Result(CheckText(layers, *benchmark, database.Connect().shown + database.Note(), bench.Admin(),
+                               bench.server));
+    });
+    EndInOrder(bench, database, code);
+    return code;
   }
   bench.views.Add(std::make_unique<ConsoleView>(console));
   if (job.format == OutputFormat::kJson) bench.views.Add(std::make_unique<StreamView>(console));
   if (job.metrics > 0) bench.views.Add(std::make_unique<MetricsView>(job.metrics, RunLabels(invocation)));
   results.TellBegin(FactsOf(bench, layers, target, database.Connect().shown));
-  int code = RunVerb(bench, verb, target.kind, database);
+  int code = RunVerb(bench, verb, [&] {
+    LearnSettings(bench, target.kind, database);
+    FunctionOf(verb)(bench);
+  });
   try {
     if (const std::string reason = database.LikelyReason(); code != kDone && !reason.empty())
       console.Problem(reason);
@@ -200,11 +232,9 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
     facts.exit_code = code;
     results.Write(std::move(facts));
   } catch (const Failure& failure) {
-    if (!bench.is_stuck) throw;
     code = Failed(console, failure.Code(), failure.what());
   }
-  if (bench.is_stuck) LeaveAtOnce(code);
-  EndSessions(users, job, console, code);
+  EndInOrder(bench, database, code);
   return code;
 }
 

@@ -41,7 +41,13 @@ int ReadSignal(int file) {
 
 void CancelSwitch::Set() { m_flag.store(true, std::memory_order_relaxed); }
 
+std::chrono::steady_clock::time_point CancelSwitch::SignalledAt() const {
+  using Clock = std::chrono::steady_clock;
+  return Clock::time_point(Clock::duration(m_signalled_at.load()));
+}
+
 void CancelSwitch::SetBySignal(int signal) {
+  m_signalled_at = std::chrono::steady_clock::now().time_since_epoch().count();
   m_signal.store(signal);
   Set();
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <mutex>
@@ -23,11 +24,13 @@ class CancelSwitch {
   void SetBySignal(int signal);
   bool IsSet() const { return m_flag.load(std::memory_order_relaxed); }
   int Signal() const { return m_signal.load(); }  // 0: none came
+  std::chrono::steady_clock::time_point SignalledAt() const;
   std::atomic<bool>* Flag() { return &m_flag; }
 
  private:
   std::atomic<bool> m_flag{false};
   std::atomic<int> m_signal{0};
+  std::atomic<std::chrono::steady_clock::rep> m_signalled_at{0};  // set before the signal
 };
 
 class CallBreaker {

@@ -36,7 +36,8 @@ std::vector<std::string> CreationStatements(const Job& job, Console& console, Er
   const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
   CancelSwitch cancel;
   CallBreaker breaker;
-  UserPool users([&] { return layers.NewDriver(); }, {"the recorder", "none", "none", ""}, log);
+  CallWatch calls(breaker);
+  UserPool users([&] { return layers.NewDriver(); }, {"the recorder", "none", "none", ""}, log, calls);
   Bench bench{job, console, log, cancel, breaker, *benchmark, users, {}, {}, {}, {}, {}, false, {}};
   bench.Admin();
   std::vector<std::string> statements;

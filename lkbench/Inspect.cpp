@@ -43,7 +43,7 @@ std::string CheckText(const Layers& layers, const CSSBenchmark& benchmark, const
            count + ")",
        "driver       " + layers.Driver().Path().string(),
        "OCI library  " + layers.Oci().Path().string() + " (client version " + layers.OciVersion() + ")",
-       "target       " + target, "server       " + OneLine(user.Driver().GetServerVersion().ToChar()),
+       "target       " + target, "server       " + user.ServerVersion(),
        "durability   " + DurabilityText(settings)},
       "\n");
 }

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "lkbench/Patience.h"
 #include "lkbench/options/Verbs.h"
 #include "lkbench/results/Limits.h"
-#include "lkbench/workload/Patience.h"
 #include "lkbench/workload/Phase.h"
 #include "lkbench/workload/Reconnection.h"
 #include "localdb/Settings.h"
@@ -81,6 +81,8 @@ struct Job : Phase {
 
   bool operator==(const Job&) const = default;
 };
+
+inline Patience PatienceOf(const Job& job) { return {job.break_after, job.give_up_after, job.call_timeout}; }
 
 // The rows that a table holds at a scale, as the transactions count them.
 inline std::int64_t RowsAtScale(double scale) { return static_cast<std::int64_t>(scale * 1000.0); }

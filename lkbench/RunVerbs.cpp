@@ -79,8 +79,7 @@ struct WorkloadRun {
                 *bench.job.run_seed,
                 {bench.job.on_disconnect, bench.job.reconnect_pause, bench.job.reconnect_limit},
                 ColumnCounts(bench)},
-        workload(users, phases, context,
-                 {bench.job.break_after, bench.job.give_up_after, bench.job.call_timeout}) {}
+        workload(users, phases, context, PatienceOf(bench.job)) {}
 
   std::vector<WorkloadUser> users;
   RunContext context;

@@ -28,6 +28,7 @@ class Step {
       : m_barrier(users), m_cancel(cancel), m_breaker(breaker) {}
 
   void RunUser(StepShare& share) {
+    const CallWatch::Work work = share.user->AtWork();
     for (const Moment& phase : kWork) {
       if (&phase == kWork.data() || !m_cancel.IsSet()) {
         const CallBreaker::Scope breakable(m_breaker, share.user->Driver());
@@ -71,6 +72,7 @@ class Step {
 }  // namespace
 
 bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact) {
+  const CallWatch::Work work = user.ForLkbench();
   const CallBreaker::Scope breakable(breaker, user.Driver());
   int result = 1;
   for (const Moment& phase : kWork)

@@ -36,9 +36,9 @@ void UserThreads::Run(int index, const std::function<void(int)>& body) {
   m_ended.notify_all();
 }
 
-void UserThreads::WaitForAllBut(int left, std::chrono::steady_clock::time_point moment) {
+bool UserThreads::WaitForAllBut(int left, std::chrono::steady_clock::time_point moment) {
   std::unique_lock lock(m_mutex);
-  m_ended.wait_until(lock, moment, [&] { return m_running <= left; });
+  return m_ended.wait_until(lock, moment, [&] { return m_running <= left; });
 }
 
 void UserThreads::Wait(const std::function<void()>& tick) {

@@ -21,8 +21,8 @@ class UserThreads {
   UserThreads(const UserThreads&) = delete;
   UserThreads& operator=(const UserThreads&) = delete;
 
-  // Returns when no more than `left` are still running, or at that moment.
-  void WaitForAllBut(int left, std::chrono::steady_clock::time_point moment);
+  // Returns when no more than `left` are still running, or at that moment: whether they are that few.
+  bool WaitForAllBut(int left, std::chrono::steady_clock::time_point moment);
   // Returns when all have ended; calls `tick` every second meanwhile, when there is one.
   void Wait(const std::function<void()>& tick);
 

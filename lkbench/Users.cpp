@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/Users.h"
 
-#include <future>
-#include <thread>
-
 #include "lkbench/Failure.h"
-#include "lkbench/HostSetUp.h"
 #include "lkbench/Text.h"
+#include "lkbench/VerbThread.h"
 
 namespace lkbench {
 
@@ -35,13 +32,15 @@ std::string ConnectProblem(const ConnectData& connect, int number, const std::st
 }  // namespace
 
 VirtualUser::VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect,
-                         ErrorLog& log)
+                         ErrorLog& log, CallWatch& calls)
     : m_number(number),
       m_connect(connect),
       m_log(log),
+      m_calls(calls),
       m_errors(log, connect.shown),
       m_driver(std::move(driver)) {
   m_driver->AddHandler(&m_errors);
+  const CallWatch::Work work = ForLkbench();
   const UserErrors::Catch caught(m_errors);
   if (!Connect())
     throw PrepareError(ConnectProblem(connect, number, caught.Text(), m_driver->GetLastErrorCode()));
@@ -50,6 +49,15 @@ VirtualUser::VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const 
 VirtualUser::~VirtualUser() {
   const UserErrors::Catch caught(m_errors);  // a session that is lost already cannot be ended in order
   m_driver->Disconnect();
+}
+
+CallWatch::Work VirtualUser::AtWork() {
+  return CallWatch::Work(m_calls, *m_driver, "user " + std::to_string(m_number));
+}
+
+CallWatch::Work VirtualUser::ForLkbench() {
+  if (m_number > 1) return AtWork();
+  return CallWatch::Work(m_calls, *m_driver, "lkbench's own session");
 }
 
 bool VirtualUser::Connect() {
@@ -80,7 +88,14 @@ void VirtualUser::ForgetError() {
   m_errors.Forget();
 }
 
+std::string VirtualUser::ServerVersion() {
+  const CallWatch::Work work = ForLkbench();
+  return OneLine(m_driver->GetServerVersion().ToChar());
+}
+
 void VirtualUser::Run(const std::string& sql) {
+  const CallWatch::Work work = ForLkbench();
+  const CallBreaker::Scope breakable(m_calls.Breaker(), *m_driver);
   const UserErrors::Catch caught(m_errors);
   const bool done = m_driver->PrepareStatement(ToHost(sql), 0) != 0 && m_driver->ExecuteStatement(0) != 0;
   m_driver->CloseStatement();
@@ -88,6 +103,8 @@ void VirtualUser::Run(const std::string& sql) {
 }
 
 std::vector<std::vector<std::string>> VirtualUser::Query(const std::string& sql) {
+  const CallWatch::Work work = ForLkbench();
+  const CallBreaker::Scope breakable(m_calls.Breaker(), *m_driver);
   const UserErrors::Catch caught(m_errors);
   std::vector<std::vector<LKString>> rows;
   if (m_driver->Query(ToHost(sql), rows) == 0) Fail(caught.Text(), sql);
@@ -112,26 +129,16 @@ std::vector<VirtualUser*> UserPool::Open(int count) {
   std::vector<VirtualUser*> users;
   for (int number = 1; number <= count; ++number) {
     if (static_cast<int>(m_users.size()) < number)
-      m_users.push_back(std::make_unique<VirtualUser>(number, m_new_driver(), m_connect, m_log));
+      m_users.push_back(std::make_unique<VirtualUser>(number, m_new_driver(), m_connect, m_log, m_calls));
     users.push_back(m_users[static_cast<size_t>(number - 1)].get());
   }
   return users;
 }
 
 bool UserPool::Close(std::chrono::nanoseconds patience) {
-  auto ended = std::make_shared<std::promise<void>>();
-  const std::future<void> end = ended->get_future();
-  std::thread thread([users = std::move(m_users), ended]() mutable {
-    {
-      const ThreadLog log;
-      users.clear();
-    }
-    ended->set_value();
-  });
+  auto users = std::make_shared<std::vector<std::unique_ptr<VirtualUser>>>(std::move(m_users));
   m_users.clear();
-  const bool is_ended = end.wait_for(patience) == std::future_status::ready;
-  is_ended ? thread.join() : thread.detach();
-  return is_ended;
+  return EndsWithin(patience, [users] { users->clear(); });
 }
 
 }  // namespace lkbench

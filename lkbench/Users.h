@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "db/DriverBase.h"
+#include "lkbench/CallWatch.h"
 #include "lkbench/ErrorLog.h"
 
 namespace lkbench {
@@ -24,7 +25,8 @@ struct ConnectData {
 class VirtualUser {
  public:
   // Connects; throws PrepareError with what the database said.
-  VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect, ErrorLog& log);
+  VirtualUser(int number, std::unique_ptr<CDriverBase> driver, const ConnectData& connect, ErrorLog& log,
+              CallWatch& calls);
   ~VirtualUser();
   VirtualUser(const VirtualUser&) = delete;
   VirtualUser& operator=(const VirtualUser&) = delete;
@@ -33,7 +35,13 @@ class VirtualUser {
   CDriverBase& Driver() { return *m_driver; }
   ErrorLog& Log() { return m_log; }
 
-  // Statements of lkbench's own. Each throws PrepareError with the target and what the database said.
+  // The calls of this thread are the user's while it lives: the user at work, or the first one's session as
+  // that of lkbench itself.
+  CallWatch::Work AtWork();
+  CallWatch::Work ForLkbench();
+
+  // Calls of lkbench's own. Each statement throws PrepareError with the target and what the database said.
+  std::string ServerVersion();
   void Run(const std::string& sql);
   std::vector<std::vector<std::string>> Query(const std::string& sql);
 
@@ -61,6 +69,7 @@ class VirtualUser {
   int m_number;
   ConnectData m_connect;
   ErrorLog& m_log;
+  CallWatch& m_calls;
   UserErrors m_errors;
   std::unique_ptr<CDriverBase> m_driver;  // after the chain's end that it refers to
 };
@@ -68,9 +77,10 @@ class VirtualUser {
 class UserPool {
  public:
   using DriverFactory = std::function<std::unique_ptr<CDriverBase>()>;
-  UserPool(DriverFactory new_driver, ConnectData connect, ErrorLog& log)
-      : m_new_driver(std::move(new_driver)), m_connect(std::move(connect)), m_log(log) {}
+  UserPool(DriverFactory new_driver, ConnectData connect, ErrorLog& log, CallWatch& calls)
+      : m_new_driver(std::move(new_driver)), m_connect(std::move(connect)), m_log(log), m_calls(calls) {}
 
+  CallWatch& Calls() { return m_calls; }
   VirtualUser& First() { return *Open(1).front(); }
   // The first `count` users, connected.
   std::vector<VirtualUser*> Open(int count);
@@ -82,6 +92,7 @@ class UserPool {
   DriverFactory m_new_driver;
   ConnectData m_connect;
   ErrorLog& m_log;
+  CallWatch& m_calls;
   std::vector<std::unique_ptr<VirtualUser>> m_users;
 };
 

@@ -8,7 +8,8 @@
 namespace bench {
 
 NullUser::NullUser()
-    : m_users([] { return std::make_unique<COracle8Driver>(); }, {"null", "null", "user", ""}, m_log) {
+    : m_users([] { return std::make_unique<COracle8Driver>(); }, {"null", "null", "user", ""}, m_log,
+              m_calls) {
   wxLog::SetLogLevel(wxLOG_Message);  // as lkbench without log_level = "debug"
 }
 

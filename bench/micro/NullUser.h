@@ -24,6 +24,8 @@ class NullUser {
   lkbench::Console m_console;
   lkbench::ErrorLog m_log{m_console};
   lkbench::HostSetUp m_host{m_console, m_log};
+  lkbench::CallBreaker m_breaker;
+  lkbench::CallWatch m_calls{m_breaker};
   lkbench::UserPool m_users;
   CREP_ORA8 m_benchmark;
 };

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "lkbench/display/ProgressText.h"
@@ -23,16 +24,25 @@ class RunView {
   virtual void OnNewError(const ErrorRecord&) {}  // of a number that had not come before
 };
 
+// Nothing is told any more once they are closed: by the thread that ends the process while the verb's hangs.
 class RunViews {
  public:
   void Add(std::unique_ptr<RunView> view) { m_views.push_back(std::move(view)); }
 
   template <class Value>
   void Tell(void (RunView::*what)(const Value&), const Value& value) const {
+    const std::lock_guard lock(m_mutex);
+    if (m_is_closed) return;
     for (const auto& view : m_views) (view.get()->*what)(value);
+  }
+  void Close() {
+    const std::lock_guard lock(m_mutex);
+    m_is_closed = true;
   }
 
  private:
+  mutable std::mutex m_mutex;
+  bool m_is_closed = false;
   std::vector<std::unique_ptr<RunView>> m_views;
 };
 

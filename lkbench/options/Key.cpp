@@ -19,6 +19,8 @@ const char* SectionTitle(Section section) {
       return "The load";
     case Section::kWorkload:
       return "The workload";
+    case Section::kPatience:
+      return "Waiting for the database";
     case Section::kOutput:
       return "Output";
     case Section::kLibraries:

@@ -15,10 +15,10 @@ namespace lkbench {
 
 enum class KeyShape { kOneValue, kSwitch, kRepeated };  // as a flag: --key VALUE, --key, --key VALUE ...
 
-enum class Section { kGeneral, kTarget, kTables, kLoad, kWorkload, kOutput, kLibraries };
-inline constexpr Section kSections[] = {Section::kGeneral,  Section::kTarget,   Section::kTables,
-                                        Section::kLoad,     Section::kWorkload, Section::kOutput,
-                                        Section::kLibraries};
+enum class Section { kGeneral, kTarget, kTables, kLoad, kWorkload, kPatience, kOutput, kLibraries };
+inline constexpr Section kSections[] = {Section::kGeneral, Section::kTarget,   Section::kTables,
+                                        Section::kLoad,    Section::kWorkload, Section::kPatience,
+                                        Section::kOutput,  Section::kLibraries};
 const char* SectionTitle(Section section);
 
 // What a value looks like; for completion and the flag's form.

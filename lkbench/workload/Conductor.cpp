@@ -18,7 +18,10 @@ void Conductor::Prepared(int index, const std::string& failure) {
 void Conductor::Miss(int users, const std::string& failure) {
   const std::lock_guard lock(m_mutex);
   const int all = static_cast<int>(m_users.size());
-  for (int index = all - users; index < all; ++index) EndPreparation(index, failure);
+  for (int index = all - users; index < all; ++index) {
+    EndPreparation(index, failure);
+    m_users.erase(index);
+  }
 }
 
 void Conductor::EndPreparation(int index, const std::string& failure) {
@@ -86,6 +89,16 @@ std::vector<int> Conductor::AtWork() const {
 bool Conductor::HasUsers() const {
   const std::lock_guard lock(m_mutex);
   return !m_users.empty();
+}
+
+bool Conductor::WaitUntilLeft(TimePoint moment) {
+  std::unique_lock lock(m_mutex);
+  return m_changed.wait_until(lock, moment, [&] { return m_users.empty(); });
+}
+
+std::vector<int> Conductor::Users() const {
+  const std::lock_guard lock(m_mutex);
+  return {m_users.begin(), m_users.end()};
 }
 
 TimePoint Conductor::LastEnd() const {

@@ -38,8 +38,11 @@ class Conductor {
   bool WaitForUsers(TimePoint moment);
   std::vector<int> AtWork() const;
   bool HasUsers() const;
-  TimePoint LastEnd() const;  // when the last user ended the phase, or was given up
-  void Finish();              // no phase follows
+  // Whether all have left; waits for that until the moment.
+  bool WaitUntilLeft(TimePoint moment);
+  std::vector<int> Users() const;  // that have not
+  TimePoint LastEnd() const;       // when the last user ended the phase, or was given up
+  void Finish();                   // no phase follows
 
  private:
   void End(int index);

@@ -110,8 +110,10 @@ void UserWork::Finish() {
                               "no session at the end");
     ++m_context.lost;
   }
-  for (const auto& share : m_work.shares)
+  for (const auto& share : m_work.shares) {
+    const CallScope call(*this);
     Guarded(*m_work.user, share->xact->GetName().ToChar(), [&] { return share->xact->PostBenchmark(); });
+  }
 }
 
 bool UserWork::RunPhase(RunningPhase& phase) {

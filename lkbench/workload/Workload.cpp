@@ -94,6 +94,7 @@ void Workload::RunUser(int index) {
     m_conductor.EndPhase(index);
   }
   work.Finish();
+  m_conductor.Leave(index);
 }
 
 void Workload::RunPhase(size_t number, TimePoint begin, const Tick& tick) {
@@ -223,12 +224,11 @@ void Workload::Close(RunningPhase& phase) {
   record.forgotten = phase.run.Forgotten();
 }
 
-// Those that were given up are not waited for; what the others still do is short.
+// Where one was given up, the others may find no answer either, while they clean up.
 void Workload::WaitForThreads() {
-  if (m_record.given_up_users == 0)
-    m_threads->Wait({});
-  else
-    m_threads->WaitForAllBut(m_record.given_up_users, Clock::now() + m_patience.give_up);
+  const TimePoint deadline = m_record.given_up_users > 0 ? Clock::now() : PhaseRun::kNever;
+  while (!m_conductor.WaitUntilLeft(Clock::now() + kWatchEvery)) Enforce(m_conductor.Users(), deadline);
+  if (m_record.given_up_users == 0) m_threads->Wait({});
 }
 
 RunRecord Workload::Finished(TimePoint origin) {

@@ -13,10 +13,10 @@
 #include <memory>
 #include <vector>
 
+#include "lkbench/Patience.h"
 #include "lkbench/Threads.h"
 #include "lkbench/workload/Conductor.h"
 #include "lkbench/workload/Intervals.h"
-#include "lkbench/workload/Patience.h"
 #include "lkbench/workload/Progress.h"
 #include "lkbench/workload/UserWork.h"
 

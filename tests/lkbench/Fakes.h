@@ -116,7 +116,8 @@ class FakeXact : public CXact {
 class FakeUsers {
  public:
   explicit FakeUsers(int count)
-      : m_pool([this] { return std::make_unique<FakeDriver>(m_diary); }, {"fake", "fake", "", ""}, m_log),
+      : m_pool([this] { return std::make_unique<FakeDriver>(m_diary); }, {"fake", "fake", "", ""}, m_log,
+               m_calls),
         m_users(m_pool.Open(count)) {}
 
   VirtualUser& operator[](int index) { return *m_users[static_cast<size_t>(index)]; }
@@ -130,6 +131,8 @@ class FakeUsers {
   Console m_console;
   ErrorLog m_log{m_console};
   HostSetUp m_host{m_console, m_log};
+  CallBreaker m_breaker;
+  CallWatch m_calls{m_breaker};
   UserPool m_pool;
   std::vector<VirtualUser*> m_users;
 };

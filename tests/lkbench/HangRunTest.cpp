@@ -47,6 +47,20 @@ TEST_F(HangRun, ARunLeavesTheRefreshOut) {
           "lkbench: the database does not answer: the refresh is left out, run `lkbench refresh` later\n"));
 }
 
+TEST_F(HangRun, ARefreshThatHangsLeavesTheResultsOfTheWorkload) {
+  Program run(Arguments({"run", "--tables", "1", "--scale", "0.1", "--duration", "2s", "--call-timeout", "5s",
+                         "--give-up-after", "300ms"}));
+  EXPECT_TRUE(run.WaitFor([&] { return run.OutSoFar().find("tx/s") != std::string::npos; }));
+  m_sql.Run("LOCK TABLES LKBENCH_STATE WRITE");
+  EXPECT_TRUE(run.WaitFor([&] { return IsWaitingForLock(); }));
+  kill(m_server.ServerPid(), SIGSTOP);
+  const Outcome outcome = run.Wait();
+  EXPECT_EQ(outcome.code, 2) << outcome.err;
+  EXPECT_THAT(outcome.err, HasSubstr("lkbench: run: lkbench's own session has been executing SELECT STATE"));
+  EXPECT_THAT(outcome.out, HasSubstr("\nresults  "));
+  EXPECT_TRUE(exists(m_folder.Path() / "results1" / "run.json"));
+}
+
 TEST_F(HangRun, OneSignalIsEnough) {
   Program workload(Workload({"--break-after", "300ms"}));
   StopUnder(workload);

@@ -43,6 +43,10 @@ class RunTest : public testing::Test {
                "table_name = LOWER('" +
                table + "')") == "1";
   }
+  bool IsWaitingForLock() {
+    return Value("SELECT COUNT(*) FROM information_schema.processlist WHERE state LIKE 'Waiting for%lock'") !=
+           "0";
+  }
   std::string NextId() { return Value("SELECT NEXTVAL(LK_REP_ID_SEQ)"); }
   std::string State(const std::string& name) {
     return Value("SELECT STATE_VALUE FROM LKBENCH_STATE WHERE STATE_NAME = '" + name + "'");

@@ -124,7 +124,10 @@ TEST(Users, AConnectionThatIsRefusedIsOneLineWithWhatTheDatabaseSaid) {
   Diary diary;
   Console console;
   ErrorLog log(console);
-  UserPool pool([&] { return std::make_unique<FakeDriver>(diary); }, {"the target", "refuse", "", ""}, log);
+  CallBreaker breaker;
+  CallWatch calls(breaker);
+  UserPool pool([&] { return std::make_unique<FakeDriver>(diary); }, {"the target", "refuse", "", ""}, log,
+                calls);
   try {
     pool.First();
     FAIL() << "not refused";

@@ -21,13 +21,16 @@ class UserPoolTest : public testing::Test {
   HostSetUp m_host{m_console, m_log};
   Diary m_diary;
   std::function<void()> m_disconnect;
+  CallBreaker m_breaker;
+  CallWatch m_calls{m_breaker};
   UserPool m_pool{[this] {
                     auto driver = std::make_unique<FakeDriver>(m_diary);
                     driver->m_disconnect = m_disconnect;
                     return driver;
                   },
                   {"fake", "fake", "", ""},
-                  m_log};
+                  m_log,
+                  m_calls};
 };
 
 TEST_F(UserPoolTest, EndsEverySession) {

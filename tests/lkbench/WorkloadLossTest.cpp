@@ -228,6 +228,18 @@ TEST_F(HangTest, APreparationThatTakesTooLongIsBrokenOffAndThenTold) {
   m_go.release();
 }
 
+TEST_F(HangTest, ACleanUpThatTakesTooLongIsGivenUpAndTheResultsStay) {
+  Add(0, {1}, OneRow);
+  m_xacts[0]->m_PostBenchmark = [this] {
+    m_go.acquire();
+    return 1;
+  };
+  const RunRecord record = Run({Endless()}, {10min, 20ms, 20ms});
+  EXPECT_EQ(record.given_up_users, 1);
+  EXPECT_EQ(record.measured.total.executions, 10u);
+  m_go.release();
+}
+
 TEST_F(HangTest, ACancelEndsAPreparationThatHangs) {
   HangAt(-1);
   m_xacts[0]->m_PreBenchmark = [this] {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// How long a workload waits for calls that do not come back. A value.
+// How long is waited for calls that do not come back. A value.
 #pragma once
 
 #include <chrono>
@@ -12,6 +12,9 @@ struct Patience {
   // So long after a call was to be broken off, its user is given up.
   std::chrono::nanoseconds give_up = std::chrono::seconds(10);
   std::chrono::nanoseconds call{0};  // that a call may take at any time before it is broken off; 0: no limit
+
+  // After a signal, or for the end of sessions: what both steps take together.
+  std::chrono::nanoseconds Whole() const { return grace + give_up; }
 };
 
 }  // namespace lkbench
