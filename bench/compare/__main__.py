@@ -14,7 +14,7 @@ import results
 _ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 # In the order of the page; each is a module of `comparisons` (- for _) with TITLE and run(bench).
-COMPARISONS = ("load", "load-sysbench", "workload-bare", "client-cpu", "users", "memory", "start")
+COMPARISONS = ("load", "load-sysbench", "workload-bare", "client-cpu", "users", "durability", "memory", "start")
 
 
 def arguments():

@@ -34,11 +34,11 @@ class Bench:
             raise programs.Broken(f"{name} is not installed: apt-get install {SYSTEM_PROGRAMS.get(name, name)}")
         return name
 
-    def server(self, *arguments):
+    def server(self, *arguments, folder="db"):
         """A private server, to be used in a `with`. Arguments are options of mariadbd beyond those of every local
         database."""
         self.require("mariadb")
-        return server.Server(self.program("serve_local"), self.work / "db", *arguments)
+        return server.Server(self.program("serve_local"), self.work / folder, *arguments)
 
     @staticmethod
     def say(text):

@@ -8,7 +8,7 @@ from lkbench import Lkbench
 
 TITLE = "many users against sysbench"
 
-_SCALE = 10
+_SCALE = 40  # 160,000 rows: a turn deletes a tenth of them
 _USERS = (1, 2, 4, 16, 64, 256)
 _MIX = "insert=40,update=40,delete=20"
 
@@ -16,7 +16,6 @@ _MIX = "insert=40,update=40,delete=20"
 def run(bench):
     with bench.server(*workload.SERVER) as server:
         work = workload.Workload(bench, server, Lkbench(bench, server), _SCALE, 3)
-        work.load()
         contestants = [each for users in _USERS for each in _contestants(work, users)]
         turns = runner.alternate(contestants, bench.rounds(3), server, bench.say)
         settings = server.settings()
@@ -32,14 +31,16 @@ def run(bench):
         notes=["sysbench runs bench/sysbench/replication.lua: its own scripts make other statements on narrower tables, "
                "which says nothing of this workload. The script makes those of lkbench, on the tables that lkbench has "
                "created and loaded, in the same mix; it takes its values from rows read beforehand and does not remember "
-               "rows that it has inserted.", workload.NOTE])
+               "rows that it has inserted.",
+               "The tables are made and loaded anew for every turn: a statement that finds no row costs a server less.",
+               workload.NOTE])
 
 
 def _contestants(work, users):
     return [runner.Contestant(f"lkbench, {users}", work.lkbench_command(users, _MIX),
-                              lambda: work.lkbench(users, _MIX, "statement")),
+                              lambda: work.lkbench(users, _MIX, "statement"), work.load),
             runner.Contestant(f"sysbench, {users}", f"sysbench bench/sysbench/replication.lua --threads={users} run",
-                              lambda: work.sysbench_script(users))]
+                              lambda: work.sysbench_script(users), work.load)]
 
 
 def _kept(turns, name):
