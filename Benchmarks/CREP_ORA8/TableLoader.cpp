@@ -58,12 +58,15 @@ LKString CTableLoader::BuildSQL() {
     }
     bFirst = false;
     strColumns += pColumn->GetName();
-    LKString strValue = LKString(L":") + pColumn->GetName();
-    if (pColumn->IsDateColumn())  // kept: slashes, as the generator writes them; an update's mask has dashes
-      strValue.Format(L"TO_DATE(:%s, 'YYYY/MM/DD HH24:MI:SS')", pColumn->GetName());
-    strValues += strValue;
+    strValues += pColumn->IsDateColumn() ? L"TO_DATE(:" : L":";
+    strValues += pColumn->GetName();
+    // kept: slashes, as the generator writes them; an update's mask has dashes
+    if (pColumn->IsDateColumn()) strValues += L", 'YYYY/MM/DD HH24:MI:SS')";
   }
-  return strColumns + LKString(L")") + strValues + LKString(L")");
+  strColumns += L")";
+  strColumns += strValues;
+  strColumns += L")";
+  return strColumns;
 }
 
 OCIStmt* CTableLoader::CreateStatment() {

@@ -25,6 +25,11 @@ LKString& LKString::operator=(const LKString& other) {
   return *this;
 }
 
+LKString& LKString::operator=(LKString&& other) noexcept {
+  m_str = std::move(other.m_str);
+  return *this;
+}
+
 LKString& LKString::operator=(const wchar_t* text) {
   m_str = std::wstring(text ? text : L"");  // a copy first: text may point into this string
   return *this;
@@ -83,6 +88,13 @@ void LKString::ReleaseBuffer(int nNewLength) {
 bool LKString::Holds(const wchar_t* text) const {
   const std::less<const wchar_t*> isBefore;
   return text != nullptr && !isBefore(text, m_str.data()) && !isBefore(m_str.data() + m_str.size(), text);
+}
+
+void LKString::TakePiece(std::wstring piece) {
+  if (m_str.empty())
+    m_str = std::move(piece);
+  else
+    m_str += piece;
 }
 
 std::string LKString::ToChar() const { return LKUtf8FromWide(m_str); }

@@ -14,6 +14,7 @@ class LKString {
   LKString(const wchar_t* text);            // a null pointer is the empty string
   LKString(const char* text, int nLength);  // nLength bytes of UTF-8; a byte that is none becomes U+FFFD
   LKString& operator=(const LKString& other);
+  LKString& operator=(LKString&& other) noexcept;
   LKString& operator=(const wchar_t* text);
   LKString& operator=(const char* text);
 
@@ -49,6 +50,7 @@ class LKString {
   friend bool operator==(const LKString& left, const LKString& right);
 
   bool Holds(const wchar_t* text) const;  // whether the text lies in this string's characters
+  void TakePiece(std::wstring piece);     // appended, or moved in where there is no text
 
   std::wstring m_str;
 };

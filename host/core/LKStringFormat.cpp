@@ -3,6 +3,8 @@
 
 #include <wx/debug.h>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <cwchar>
@@ -19,23 +21,42 @@ struct Specifier {
   size_t size = 0;             // of all of it, % included
 };
 
-// By a loop: lists as short as these are searched sooner than a call of the C library is made.
-constexpr bool IsOneOf(wchar_t c, std::wstring_view characters) {
-  for (const wchar_t other : characters)
-    if (other == c) return true;
-  return false;
+enum : std::uint8_t { kFlag = 1, kWidth = 2, kLength = 4, kConversion = 8 };
+
+// What an ASCII character may be in a specifier, as a sum.
+constexpr std::array<std::uint8_t, 128> kRoles = [] {
+  std::array<std::uint8_t, 128> roles{};
+  const auto add = [&roles](std::string_view characters, std::uint8_t role) {
+    for (const char c : characters) roles[static_cast<size_t>(c)] |= role;
+  };
+  add("-+#0 ", kFlag);
+  add("0123456789.", kWidth);
+  add("Iihljzt", kLength);
+  add("diuoxXfFeEgGaAcspn", kConversion);
+  return roles;
+}();
+
+constexpr bool IsA(wchar_t c, std::uint8_t role) {
+  const auto code = static_cast<std::uint32_t>(c);
+  return code < kRoles.size() && (kRoles[code] & role) != 0;
 }
 
-size_t SpanOf(std::wstring_view text, std::wstring_view characters) {
+size_t SpanOf(std::wstring_view text, std::uint8_t role) {
   size_t nSpan = 0;
-  while (nSpan < text.size() && IsOneOf(text[nSpan], characters)) ++nSpan;
+  while (nSpan < text.size() && IsA(text[nSpan], role)) ++nSpan;
   return nSpan;
 }
 
+constexpr bool IsOneOf(wchar_t c, std::string_view characters) {
+  for (const char other : characters)
+    if (static_cast<wchar_t>(other) == c) return true;
+  return false;
+}
+
 std::wstring_view LengthAt(std::wstring_view text) {
-  if (text.empty() || !IsOneOf(text[0], L"Iihljzt")) return {};
-  constexpr std::array<std::wstring_view, 9> kLengths{L"I64", L"i64", L"hh", L"ll", L"h",
-                                                      L"l",   L"j",   L"z",  L"t"};
+  if (text.empty() || !IsA(text[0], kLength)) return {};
+  static constexpr std::array<std::wstring_view, 9> kLengths{L"I64", L"i64", L"hh", L"ll", L"h",
+                                                             L"l",   L"j",   L"z",  L"t"};
   for (const std::wstring_view length : kLengths)
     if (text.substr(0, length.size()) == length) return length;
   return {};
@@ -44,8 +65,8 @@ std::wstring_view LengthAt(std::wstring_view text) {
 // REQUIRES: the text starts with %.
 Specifier ReadSpecifier(std::wstring_view text) {
   Specifier read;
-  const size_t nFlags = SpanOf(text.substr(1), L"-+#0 ");
-  read.layout = text.substr(1, nFlags + SpanOf(text.substr(1 + nFlags), L"0123456789."));
+  const size_t nFlags = SpanOf(text.substr(1), kFlag);
+  read.layout = text.substr(1, nFlags + SpanOf(text.substr(1 + nFlags), kWidth));
   size_t nAt = 1 + read.layout.size();
   read.length = LengthAt(text.substr(nAt));
   nAt += read.length.size();
@@ -54,19 +75,17 @@ Specifier ReadSpecifier(std::wstring_view text) {
   return read;
 }
 
-bool IsConversion(wchar_t c) { return c != L'\0' && IsOneOf(c, L"diuoxXfFeEgGaAcspn"); }
-
 bool IsShort(std::wstring_view length) { return length.empty() || length[0] == L'h'; }
 
 bool Fits(const Specifier& specifier, LKFormatClass eClass) {
   const wchar_t c = specifier.conversion;
   switch (eClass) {
     case LKFormatClass::Int:
-      return c == L'c' || (IsOneOf(c, L"diuoxX") && IsShort(specifier.length));
+      return c == L'c' || (IsOneOf(c, "diuoxX") && IsShort(specifier.length));
     case LKFormatClass::Long:
-      return IsOneOf(c, L"diuoxX") && !IsShort(specifier.length);
+      return IsOneOf(c, "diuoxX") && !IsShort(specifier.length);
     case LKFormatClass::Double:
-      return IsOneOf(c, L"fFeEgGaA");
+      return IsOneOf(c, "fFeEgGaA");
     case LKFormatClass::Text:
       return c == L's';
   }
@@ -92,32 +111,33 @@ Specifier Fitted(Specifier specifier, LKFormatClass eClass) {
   return specifier;
 }
 
-void Append(std::wstring_view text, wxString& out) { out.append(text.data(), text.size()); }
-
 constexpr size_t kWidest = size_t{1} << 20;  // characters; what is wider is left out
 
 // By the C library, into a buffer that grows until the text fits.
 template <class T>
-void AppendPrinted(const std::wstring& format, T value, wxString& out) {
+void AppendPrinted(const std::wstring& format, T value, std::wstring& out) {
   std::array<wchar_t, 128> small;
   std::vector<wchar_t> large;
   std::span<wchar_t> buffer(small);
   for (size_t nNext = 4096; nNext <= kWidest; nNext *= 4) {
     const int nLength = std::swprintf(buffer.data(), buffer.size(), format.c_str(), value);
-    if (nLength >= 0) return Append({buffer.data(), static_cast<size_t>(nLength)}, out);
+    if (nLength >= 0) {
+      out.append(buffer.data(), static_cast<size_t>(nLength));
+      return;
+    }
     large.resize(nNext);
     buffer = large;
   }
 }
 
 // REQUIRES: at most 32 characters.
-void AppendAscii(std::string_view text, wxString& out) {
+void AppendAscii(std::string_view text, std::wstring& out) {
   std::array<wchar_t, 32> wide;
   std::copy(text.begin(), text.end(), wide.begin());
-  Append({wide.data(), text.size()}, out);
+  out.append(wide.data(), text.size());
 }
 
-void AppendDecimal(long value, wxString& out) {
+void AppendDecimal(long value, std::wstring& out) {
   std::array<char, 24> digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
   AppendAscii({digits.data(), end}, out);
@@ -127,7 +147,7 @@ bool IsPlainDecimal(const Specifier& specifier) {
   return specifier.layout.empty() && (specifier.conversion == L'd' || specifier.conversion == L'i');
 }
 
-void AppendValue(const Specifier& specifier, LKFormatClass eClass, long value, wxString& out) {
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, long value, std::wstring& out) {
   const auto nInt = static_cast<int>(value);
   if (IsPlainDecimal(specifier) && (eClass == LKFormatClass::Long || specifier.length.empty()))
     AppendDecimal(eClass == LKFormatClass::Long ? value : nInt, out);
@@ -138,7 +158,7 @@ void AppendValue(const Specifier& specifier, LKFormatClass eClass, long value, w
 }
 
 // As %f: six digits, rounded like the C library's.
-void AppendFixed(double value, wxString& out) {
+void AppendFixed(double value, std::wstring& out) {
   std::array<char, 32> digits;
   const auto end =
       std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 6).ptr;
@@ -148,15 +168,18 @@ void AppendFixed(double value, wxString& out) {
 // Short enough for AppendFixed, and a number.
 bool IsModerate(double value) { return value > -1e18 && value < 1e18; }
 
-void AppendValue(const Specifier& specifier, LKFormatClass eClass, double value, wxString& out) {
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, double value, std::wstring& out) {
   if (specifier.layout.empty() && specifier.conversion == L'f' && IsModerate(value))
     return AppendFixed(value, out);
   AppendPrinted(Spelled(specifier, eClass), value, out);
 }
 
-void AppendValue(const Specifier& specifier, LKFormatClass eClass, std::wstring_view value, wxString& out) {
-  if (specifier.layout.empty()) return Append(value, out);
-  AppendPrinted(Spelled(specifier, eClass), std::wstring(value).c_str(), out);
+void AppendValue(const Specifier& specifier, LKFormatClass eClass, std::wstring_view value,
+                 std::wstring& out) {
+  if (specifier.layout.empty())
+    out += value;
+  else
+    AppendPrinted(Spelled(specifier, eClass), std::wstring(value).c_str(), out);
 }
 
 size_t RoomFor(std::wstring_view value) { return value.size(); }
@@ -166,24 +189,24 @@ size_t RoomFor(T) {
 }
 
 template <class T>
-void AppendPiece(std::wstring_view rest, LKFormatClass eClass, T value, wxString& out) {
+void AppendPiece(std::wstring_view rest, LKFormatClass eClass, T value, std::wstring& out) {
   out.reserve(out.size() + rest.size() + RoomFor(value));
   bool bTaken = false;  // the argument has its specifier
   while (!rest.empty()) {
     const size_t nText = std::min(rest.find(L'%'), rest.size());
-    Append(rest.substr(0, nText), out);
+    out += rest.substr(0, nText);
     rest.remove_prefix(nText);
     if (rest.empty()) return;
     const Specifier specifier = ReadSpecifier(rest);
-    if (rest.substr(0, 2) == L"%%") {
-      Append(L"%", out);
+    if (rest.size() > 1 && rest[1] == L'%') {
+      out += L'%';
       rest.remove_prefix(2);
-    } else if (IsConversion(specifier.conversion) && !bTaken) {
+    } else if (IsA(specifier.conversion, kConversion) && !bTaken) {
       AppendValue(Fitted(specifier, eClass), eClass, value, out);
       bTaken = true;
       rest.remove_prefix(specifier.size);
     } else {
-      Append(L"%", out);
+      out += L'%';
       rest.remove_prefix(1);
     }
   }
@@ -191,15 +214,17 @@ void AppendPiece(std::wstring_view rest, LKFormatClass eClass, T value, wxString
 
 }  // namespace
 
-void LKAppendPiece(std::wstring_view piece, LKFormatClass eClass, long value, wxString& out) {
+void LKAppendPiece(std::wstring_view piece, LKFormatClass eClass, long value, std::wstring& out) {
   AppendPiece(piece, eClass, value, out);
+  // The character 0 ends the piece.
+  if (static_cast<int>(value) == 0) out.resize(std::min(out.find(L'\0'), out.size()));
 }
 
-void LKAppendPiece(std::wstring_view piece, double value, wxString& out) {
+void LKAppendPiece(std::wstring_view piece, double value, std::wstring& out) {
   AppendPiece(piece, LKFormatClass::Double, value, out);
 }
 
-void LKAppendPiece(std::wstring_view piece, std::wstring_view value, wxString& out) {
+void LKAppendPiece(std::wstring_view piece, std::wstring_view value, std::wstring& out) {
   AppendPiece(piece, LKFormatClass::Text, value, out);
 }
 

@@ -31,9 +31,9 @@ enum class LKFormatClass { Int, Long, Double, Text };
 
 // Appends the piece. The first specifier in it takes the argument; anything that is not in a format's
 // language stays as it is written, "%%" is a percent sign.
-void LKAppendPiece(std::wstring_view piece, LKFormatClass eClass, long value, wxString& out);
-void LKAppendPiece(std::wstring_view piece, double value, wxString& out);
-void LKAppendPiece(std::wstring_view piece, std::wstring_view value, wxString& out);
+void LKAppendPiece(std::wstring_view piece, LKFormatClass eClass, long value, std::wstring& out);
+void LKAppendPiece(std::wstring_view piece, double value, std::wstring& out);
+void LKAppendPiece(std::wstring_view piece, std::wstring_view value, std::wstring& out);
 
 // The text that an argument stands for.
 inline std::wstring_view LKFormatText(const LKString& value) { return value.c_str(); }
@@ -67,16 +67,18 @@ template <class T>
 class FormatHelper {
  public:
   // Appends the piece, rendered with the value.
-  static void Format(const wchar_t* piece, T value, wxString& out) { Append(piece, value, out); }
+  static void Format(const wchar_t* piece, T value, wxString& out) { out += Rendered(piece, value); }
 
-  static void Append(std::wstring_view piece, const T& value, wxString& out) {
+  static std::wstring Rendered(std::wstring_view piece, const T& value) {
+    std::wstring text;
     if constexpr (std::is_floating_point_v<T>)
-      LKAppendPiece(piece, static_cast<double>(value), out);
+      LKAppendPiece(piece, static_cast<double>(value), text);
     else if constexpr (std::is_integral_v<T>)
       LKAppendPiece(piece, sizeof(T) > sizeof(int) ? LKFormatClass::Long : LKFormatClass::Int,
-                    static_cast<long>(value), out);
+                    static_cast<long>(value), text);
     else
-      LKAppendPiece(piece, LKFormatText(value), out);
+      LKAppendPiece(piece, LKFormatText(value), text);
+    return text;
   }
 };
 
@@ -85,10 +87,9 @@ class FormatHelper {
 // from here.
 template <class T>
 void LKString::Format(const wchar_t* format, T value) {
-  wxString text;
-  FormatHelper<T>::Append(format ? format : L"", value, text);
+  std::wstring text = FormatHelper<T>::Rendered(format ? format : L"", value);
   if (m_nCount == 0) Empty();
-  *this += text.wc_str();
+  TakePiece(std::move(text));
 }
 
 template <class T, class... Rest>
@@ -105,9 +106,7 @@ requires(sizeof...(Rest) > 0) void LKString::Format(const wchar_t* format, T fir
   // left are dropped. Callers with a format of their own see their old text then.
   if (nEnd == LKFormatSplitter::kNone) return;
   if (m_nCount++ == 0) Empty();
-  wxString piece;
-  FormatHelper<T>::Append(text.substr(0, nEnd), first, piece);
-  *this += piece.wc_str();
+  TakePiece(FormatHelper<T>::Rendered(text.substr(0, nEnd), first));
   Format(format + nEnd, std::move(rest)...);
   m_nCount = 0;  // kept: not a decrement, so the outermost call always leaves 0
 }

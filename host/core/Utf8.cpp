@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "core/Utf8.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -58,10 +57,11 @@ void Encode(char32_t c, std::string& out) {
   }
 }
 
+constexpr size_t kBlock = 16;  // characters that are handled together: the compiler makes one step of them
+
 // How many characters of the start are ASCII, which is the same in both: nearly always all of them.
 template <class Char>
 size_t PlainLength(std::basic_string_view<Char> text) {
-  constexpr size_t kBlock = 16;  // looked at together
   const auto isOther = [](Char c) { return (static_cast<uint32_t>(c) & ~uint32_t{0x7F}) != 0; };
   size_t nLength = 0;
   while (text.size() - nLength >= kBlock) {
@@ -74,11 +74,23 @@ size_t PlainLength(std::basic_string_view<Char> text) {
   return nLength;
 }
 
+// The ASCII characters that start the text.
+template <class Other, class Char>
+std::basic_string<Other> PlainCopy(std::basic_string_view<Char> text, size_t nPlain) {
+  std::basic_string<Other> copy(nPlain, Other());
+  Other* const pCopy = copy.data();
+  size_t nDone = 0;
+  for (; nPlain - nDone >= kBlock; nDone += kBlock)
+    for (size_t i = 0; i < kBlock; ++i) pCopy[nDone + i] = static_cast<Other>(text[nDone + i]);
+  for (; nDone < nPlain; ++nDone) pCopy[nDone] = static_cast<Other>(text[nDone]);
+  return copy;
+}
+
 }  // namespace
 
 std::wstring LKWideFromUtf8(std::string_view text) {
   const size_t nPlain = PlainLength(text);
-  std::wstring wide(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(nPlain));
+  std::wstring wide = PlainCopy<wchar_t>(text, nPlain);
   if (nPlain == text.size()) return wide;
   text.remove_prefix(nPlain);
   wide.reserve(wide.size() + text.size());
@@ -92,9 +104,7 @@ std::wstring LKWideFromUtf8(std::string_view text) {
 
 std::string LKUtf8FromWide(std::wstring_view text) {
   const size_t nPlain = PlainLength(text);
-  std::string narrow(nPlain, '\0');
-  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(nPlain), narrow.begin(),
-                 [](wchar_t c) { return static_cast<char>(c); });
+  std::string narrow = PlainCopy<char>(text, nPlain);
   if (nPlain == text.size()) return narrow;
   text.remove_prefix(nPlain);
   for (const wchar_t wide : text) {

@@ -139,6 +139,12 @@ TEST(Format, RendersFlagsWidthAndPrecision) {
   EXPECT_EQ(Formatted(L"%.2s|%4s", LKString(L"abc"), LKString(L"d")), "ab|   d");
 }
 
+// Pieces are taken over like texts of the C library.
+TEST(Format, ACharacterOfTheValue0EndsItsPiece) {
+  EXPECT_EQ(Formatted(L"a%cb", 0), "a");
+  EXPECT_EQ(Formatted(L"a%cb%dc", 0, 7), "ab7c");
+}
+
 TEST(Format, TakesNarrowTextAsUtf8) {
   EXPECT_EQ(Formatted(L"%s \u00E9 %s", "Gr\xC3\xBC\xC3\x9F", "\xF0\x9F\x98\x80"),
             "Gr\xC3\xBC\xC3\x9F \xC3\xA9 \xF0\x9F\x98\x80");

@@ -3,6 +3,7 @@
 
 #include <cwchar>
 #include <string>
+#include <utility>
 
 #include "core/LKString.h"
 
@@ -86,6 +87,19 @@ TEST(String, MayBeAppendedAndAssignedToItself) {
   EXPECT_EQ(text, LKString(L"abab"));
   text = text.c_str() + 1;
   EXPECT_EQ(text, LKString(L"bab"));
+}
+
+TEST(String, AssignmentKeepsTheCounterOfCallsInProgress) {
+  LKString copied(L"ab");
+  LKString moved(L"ab");
+  copied.m_nCount = moved.m_nCount = 2;
+  LKString other(L"cd");
+  copied = other;
+  moved = std::move(other);
+  EXPECT_EQ(copied, LKString(L"cd"));
+  EXPECT_EQ(moved, LKString(L"cd"));
+  EXPECT_EQ(copied.m_nCount, 2);
+  EXPECT_EQ(moved.m_nCount, 2);
 }
 
 TEST(String, LeftGivesUpToThatManyCharacters) {
