@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -80,8 +81,11 @@ std::basic_string<Other> PlainCopy(std::basic_string_view<Char> text, size_t nPl
   std::basic_string<Other> copy(nPlain, Other());
   Other* const pCopy = copy.data();
   size_t nDone = 0;
-  for (; nPlain - nDone >= kBlock; nDone += kBlock)
-    for (size_t i = 0; i < kBlock; ++i) pCopy[nDone + i] = static_cast<Other>(text[nDone + i]);
+  for (; nPlain - nDone >= kBlock; nDone += kBlock) {
+    std::array<Other, kBlock> block;  // of its own, so that the compiler need not look for an overlap
+    for (size_t i = 0; i < kBlock; ++i) block[i] = static_cast<Other>(text[nDone + i]);
+    std::memcpy(pCopy + nDone, block.data(), sizeof block);
+  }
   for (; nDone < nPlain; ++nDone) pCopy[nDone] = static_cast<Other>(text[nDone]);
   return copy;
 }
