@@ -8,22 +8,6 @@
 
 namespace lkbench {
 
-void Tally::Add(const Tally& other) {
-  executions += other.executions;
-  failures += other.failures;
-  rows += other.rows;
-  undone += other.undone;
-  for (std::size_t i = 0; i < kErrorClasses; ++i) errors[i] += other.errors[i];
-}
-
-void Tally::Subtract(const Tally& earlier) {
-  executions -= earlier.executions;
-  failures -= earlier.failures;
-  rows -= earlier.rows;
-  undone -= earlier.undone;
-  for (std::size_t i = 0; i < kErrorClasses; ++i) errors[i] -= earlier.errors[i];
-}
-
 void XactTotals::Add(const XactTotals& other) {
   Tally::Add(other);
   response.Add(other.response);
@@ -71,11 +55,6 @@ std::vector<TableTotals> ByColumnCount(const std::vector<TableTotals>& tables) {
   list.reserve(groups.size());
   for (auto& [columns, group] : groups) list.push_back(std::move(group));
   return list;
-}
-
-TimesDigest DigestOf(const HistogramData& times) {
-  return {times.Count(),        times.Mean(),           times.Percentile(50), times.Percentile(95),
-          times.Percentile(99), times.Percentile(99.9), times.Max()};
 }
 
 const char* NameOf(EventKind kind) {

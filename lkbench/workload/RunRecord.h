@@ -14,28 +14,14 @@
 // same. Database time is what the transaction itself took around its database call.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "lkbench/Histogram.h"
-#include "lkbench/workload/ErrorClass.h"
+#include "lkbench/workload/IntervalSeries.h"
 #include "lkbench/workload/Phase.h"
 
 namespace lkbench {
-
-// Counts of executions.
-struct Tally {
-  std::uint64_t executions = 0;  // failures included
-  std::uint64_t failures = 0;
-  std::uint64_t rows = 0;
-  std::uint64_t undone = 0;  // succeeded, but rolled back with a later failure before their common commit
-  std::array<std::uint64_t, kErrorClasses> errors{};  // the failures by class
-
-  void Add(const Tally& other);
-  void Subtract(const Tally& earlier);
-};
 
 // One transaction of the mix, or all of them together.
 struct XactTotals : Tally {
@@ -73,32 +59,6 @@ struct Part {
 
 // The tables of a Part gathered by their number of columns; `name` says "7 columns".
 std::vector<TableTotals> ByColumnCount(const std::vector<TableTotals>& tables);
-
-// The times of an interval in short. The maximum is off by at most 1/128, like the percentiles.
-struct TimesDigest {
-  std::uint64_t count = 0;
-  std::uint64_t mean = 0;
-  std::uint64_t p50 = 0, p95 = 0, p99 = 0, p999 = 0, max = 0;
-};
-
-TimesDigest DigestOf(const HistogramData& times);
-
-struct XactInterval : Tally {
-  TimesDigest response;
-  TimesDigest service;
-};
-
-// About one second. Where a warm-up ends there are two with the same begin and end, one of each kind.
-struct Interval {
-  std::uint64_t begin = 0;  // offsets
-  std::uint64_t end = 0;
-  std::size_t phase = 0;  // index into the phases
-  bool warm_up = false;
-  int users = 0;              // at work at the end: started, connected, not given up
-  std::uint64_t backlog = 0;  // executions that were due at the end and had not begun; 0 without a rate
-  XactInterval total;
-  std::vector<XactInterval> xacts;  // as in Part
-};
 
 struct PhaseRecord {
   Phase settings;
@@ -144,7 +104,7 @@ struct Event {
 struct RunRecord {
   std::vector<PhaseRecord> phases;  // those that began
   Part measured;                    // over all phases
-  std::vector<Interval> intervals;
+  IntervalSeries intervals;
   std::vector<ErrorRecord> errors;  // by their first time
   std::vector<Event> events;        // by their begin
   std::uint64_t more_events = 0;    // that came when the list was full

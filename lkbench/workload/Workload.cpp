@@ -149,14 +149,13 @@ void Workload::Cut(RunningPhase& phase, TimePoint now, const Tick& tick) {
   interval.backlog = phase.run.Backlog(now);
   const bool in_warm_up = m_last_cut < phase.run.WarmUpEnd();
   if (!in_warm_up) record.most_backlog = std::max(record.most_backlog, interval.backlog);
-  const size_t before = m_record.intervals.size();
-  m_cutter.Cut(phase.stats, interval, in_warm_up, m_record.intervals);
   m_last_cut = now;
   const TimePoint end = phase.run.Deadline();
   const std::uint64_t ends = end == PhaseRun::kNever ? 0 : m_context.notes.Offset(end);
-  for (size_t i = before; i < m_record.intervals.size(); ++i)
-    tick({m_record.intervals[i], record, m_cutter.SoFar(m_record.intervals[i].warm_up), m_phases.size(),
-          ends});
+  for (const Interval& each : m_cutter.Cut(phase.stats, interval, in_warm_up)) {
+    m_record.intervals.Append(each);
+    tick({each, record, m_cutter.SoFar(each.warm_up), m_phases.size(), ends});
+  }
 }
 
 // Sees to it that nobody waits for a call for ever. `users` are those that are waited for.

@@ -16,7 +16,7 @@
 #include "lkbench/Patience.h"
 #include "lkbench/Threads.h"
 #include "lkbench/workload/Conductor.h"
-#include "lkbench/workload/Intervals.h"
+#include "lkbench/workload/IntervalCutter.h"
 #include "lkbench/workload/Progress.h"
 #include "lkbench/workload/UserWork.h"
 

@@ -150,7 +150,7 @@ TEST_F(WorkloadTest, WhatIsDueButNotBegunIsTheBacklogAndNothingAborts) {
   phase.duration = 100ms;
   const RunRecord record = Run({phase});
   EXPECT_GE(record.phases[0].most_backlog, 50u);
-  EXPECT_EQ(record.intervals.back().backlog, record.phases[0].most_backlog);
+  EXPECT_EQ(m_ticks.back().backlog, record.phases[0].most_backlog);
   EXPECT_LE(record.measured.total.executions, 6u);
   EXPECT_EQ(record.measured.total.failures, 0u);
 }
@@ -235,7 +235,7 @@ TEST_F(WorkloadTest, EveryIntervalIsShownOnce) {
   phase.duration = 30ms;
   phase.warm_up = 10ms;
   const RunRecord record = Run({phase});
-  ASSERT_EQ(m_ticks.size(), record.intervals.size());
+  ASSERT_EQ(m_ticks.size(), record.intervals.Size());
   EXPECT_TRUE(m_ticks.front().warm_up);
   EXPECT_FALSE(m_ticks.back().warm_up);
   EXPECT_EQ(m_ticks.back().end, record.phases[0].end);

@@ -36,7 +36,7 @@ Json Drawn(unsigned seed, double rate, double milliseconds, int seconds = 60) {
                                               (0.5 + static_cast<double>(i) / static_cast<double>(count))));
     interval.total.executions = count;
     interval.total.response = DigestOf(times);
-    record.intervals.push_back(interval);
+    record.intervals.Append(interval);
     phase.measured.total.executions += count;
     phase.measured.total.response.Add(times);
   }

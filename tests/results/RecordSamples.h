@@ -57,7 +57,7 @@ inline RunRecord SampleRecord() {
   interval.total.response = DigestOf(phase.measured.total.response);
   interval.xacts.resize(2);
   interval.xacts[1].executions = 4;
-  record.intervals = {interval};
+  record.intervals.Append(interval);
   record.errors = {{ErrorClass::kDeadlock, 60, 1, 1500000000, 1500000000, "ORA-00060: deadlock </script>"}};
   record.events = {{EventKind::kOutage, 1000000000, 250000000, 2, "user 2: away for 0.25 s"}};
   record.elapsed = 2000000000;

@@ -10,9 +10,9 @@ namespace lkbench {
 
 class IntervalCutter {
  public:
-  // `like` is an interval with its times, users, backlog and phase filled in. Appends one of the measured
-  // part, or of the warm-up, or both where both have grown.
-  void Cut(const PhaseStats& stats, const Interval& like, bool in_warm_up, std::vector<Interval>& intervals);
+  // `like` is an interval with its times, users, backlog and phase filled in. Gives one of the measured part,
+  // or of the warm-up, or both where both have grown.
+  std::vector<Interval> Cut(const PhaseStats& stats, const Interval& like, bool in_warm_up);
   void BeginPhase();  // its numbers start at 0
   // The phase so far, without its tables.
   const Part& SoFar(bool of_warm_up) const { return of_warm_up ? m_warm_up : m_measured; }

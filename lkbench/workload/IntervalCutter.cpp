@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "lkbench/workload/Intervals.h"
+#include "lkbench/workload/IntervalCutter.h"
 
 namespace lkbench {
 namespace {
@@ -33,13 +33,14 @@ void IntervalCutter::BeginPhase() {
   m_measured = {};
 }
 
-void IntervalCutter::Cut(const PhaseStats& stats, const Interval& like, bool in_warm_up,
-                         std::vector<Interval>& intervals) {
+std::vector<Interval> IntervalCutter::Cut(const PhaseStats& stats, const Interval& like, bool in_warm_up) {
+  std::vector<Interval> intervals;
   Interval each = like;
   each.warm_up = true;
   CutPart(stats.WarmUp(), m_warm_up, each, in_warm_up, intervals);
   each.warm_up = false;
   CutPart(stats.Measured(), m_measured, each, !in_warm_up, intervals);
+  return intervals;
 }
 
 void IntervalCutter::CutPart(Part now, Part& before, const Interval& like, bool always,
