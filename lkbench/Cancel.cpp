@@ -39,7 +39,15 @@ int ReadSignal(int file) {
 
 }  // namespace
 
-void CancelSwitch::Set() { m_flag.store(true, std::memory_order_relaxed); }
+void CancelSwitch::Set() {
+  m_flag.store(true, std::memory_order_relaxed);
+  Wake();
+}
+
+void CancelSwitch::Wake() {
+  { const std::lock_guard lock(m_mutex); }
+  m_wake.notify_all();
+}
 
 std::chrono::steady_clock::time_point CancelSwitch::SignalledAt() const {
   using Clock = std::chrono::steady_clock;

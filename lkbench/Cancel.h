@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // How a run is stopped before its end. CancelSwitch is the flag that every transaction copy watches; a failed
-// step sets it, and so does a signal. CallBreaker knows the sessions that may be inside a database call.
-// SignalWatch is the one thread that takes SIGINT and SIGTERM: the first signal sets the switch and, after a
-// grace time, breaks the calls that still run; the second ends the process at once. Any thread may use them.
+// step sets it, and so does a signal. Users that have nothing to do sleep at it. CallBreaker knows the
+// sessions that may be inside a database call. SignalWatch is the one thread that takes SIGINT and SIGTERM:
+// the first signal sets the switch and, after a grace time, breaks the calls that still run; the second ends
+// the process at once. Any thread may use them.
 #pragma once
 
 #include <atomic>
@@ -20,14 +21,27 @@ namespace lkbench {
 
 class CancelSwitch {
  public:
-  void Set();
+  void Set();  // wakes who sleeps; not in a signal handler
   void SetBySignal(int signal);
   bool IsSet() const { return m_flag.load(std::memory_order_relaxed); }
   int Signal() const { return m_signal.load(); }  // 0: none came
   std::chrono::steady_clock::time_point SignalledAt() const;
+  // A transaction that sets it (CXact::RequestCancel) wakes nobody: whoever notices it calls Wake.
   std::atomic<bool>* Flag() { return &m_flag; }
 
+  // Sleeps until the moment, or until cancelled, or until `is_over` is true. Whoever makes it true calls Wake
+  // afterwards: a sleeper looks and falls asleep under the lock that Wake takes, so it either sees what has
+  // become true or is woken. `is_over` only looks, at what any thread may read.
+  template <class Condition>
+  void SleepUntil(std::chrono::steady_clock::time_point moment, const Condition& is_over) {
+    std::unique_lock lock(m_mutex);
+    m_wake.wait_until(lock, moment, [&] { return IsSet() || is_over(); });
+  }
+  void Wake();
+
  private:
+  std::mutex m_mutex;  // of the sleepers
+  std::condition_variable m_wake;
   std::atomic<bool> m_flag{false};
   std::atomic<int> m_signal{0};
   std::atomic<std::chrono::steady_clock::rep> m_signalled_at{0};  // set before the signal

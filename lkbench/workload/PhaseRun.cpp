@@ -2,14 +2,11 @@
 #include "lkbench/workload/PhaseRun.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace lkbench {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::milliseconds kNap{20};  // how late a sleeper notices that it is over
 
 TimePoint DeadlineOf(const Phase& phase, TimePoint warm_up_end) {
   return phase.duration.count() == 0 ? PhaseRun::kNever : warm_up_end + phase.duration;
@@ -17,7 +14,7 @@ TimePoint DeadlineOf(const Phase& phase, TimePoint warm_up_end) {
 
 }  // namespace
 
-PhaseRun::PhaseRun(const Phase& phase, TimePoint begin, std::uint32_t seed, const CancelSwitch& cancel)
+PhaseRun::PhaseRun(const Phase& phase, TimePoint begin, std::uint32_t seed, CancelSwitch& cancel)
     : m_phase(phase),
       m_cancel(cancel),
       m_begin(begin),
@@ -41,18 +38,22 @@ std::optional<PhaseRun::Slot> PhaseRun::Next() {
 bool PhaseRun::TakeTicket() {
   if (m_phase.count == 0) return true;
   const std::uint64_t taken = m_tickets.fetch_add(1);
-  if (taken + 1 >= m_phase.count) m_is_used_up = true;
+  if (taken + 1 == m_phase.count) {
+    m_is_used_up = true;
+    m_cancel.Wake();
+  }
   return taken < m_phase.count;
 }
 
 bool PhaseRun::IsOver(TimePoint now) const { return now >= m_deadline || m_is_used_up || m_cancel.IsSet(); }
 
 bool PhaseRun::Wait(TimePoint until) const {
-  for (TimePoint now = Clock::now(); !IsOver(now); now = Clock::now()) {
-    if (now >= until) return true;
-    std::this_thread::sleep_until(std::min({until, now + kNap, m_deadline}));
+  TimePoint now = Clock::now();
+  if (now < until) {
+    m_cancel.SleepUntil(std::min(until, m_deadline), [this] { return m_is_used_up.load(); });
+    now = Clock::now();
   }
-  return false;
+  return !IsOver(now);
 }
 
 TimePoint PhaseRun::StartOf(int index) const { return m_begin + m_phase.ramp * index / m_phase.users; }

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // A phase while it runs: hands out the executions to its users, each with its intended start, until the time
 // is over, the count is reached or the run is cancelled. Any thread may use it.
+//
+// A user that waits (for its start by the ramp, the intended start of its next execution, the end of its
+// think time, the next attempt to open its session) sleeps until that moment or the deadline, whichever is
+// first, and does not look about meanwhile. It is woken by whoever ends the phase before: the user that takes
+// the last execution of the count, or who sets the cancel switch. A cancel that a transaction sets past the
+// switch is passed on by the thread that conducts the users.
 #pragma once
 
 #include <atomic>
@@ -15,7 +21,7 @@ class PhaseRun {
  public:
   static constexpr TimePoint kNever = TimePoint::max();
 
-  PhaseRun(const Phase& phase, TimePoint begin, std::uint32_t seed, const CancelSwitch& cancel);
+  PhaseRun(const Phase& phase, TimePoint begin, std::uint32_t seed, CancelSwitch& cancel);
 
   const Phase& Settings() const { return m_phase; }
   TimePoint Begin() const { return m_begin; }
@@ -42,7 +48,7 @@ class PhaseRun {
   bool TakeTicket();
 
   const Phase& m_phase;
-  const CancelSwitch& m_cancel;
+  CancelSwitch& m_cancel;  // its sleepers are this phase's
   TimePoint m_begin;
   TimePoint m_warm_up_end;
   TimePoint m_deadline;

@@ -169,7 +169,10 @@ void Workload::Enforce(const std::vector<int>& users, TimePoint deadline) {
 // The moment by which the users should have ended: the deadline, or when the run was cancelled.
 TimePoint Workload::LimitOf(TimePoint deadline, TimePoint now) {
   if (!m_context.cancel.IsSet()) return deadline;
-  if (m_cancelled == TimePoint{}) m_cancelled = now;
+  if (m_cancelled == TimePoint{}) {
+    m_cancelled = now;
+    m_context.cancel.Wake();  // a transaction may have set the flag
+  }
   return std::min(deadline, m_cancelled);
 }
 

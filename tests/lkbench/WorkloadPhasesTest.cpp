@@ -255,6 +255,21 @@ TEST_F(WorkloadTest, PhasesAndWarmUpEndsAreEvents) {
   EXPECT_EQ(record.events[1].begin, 10'000'000u);
 }
 
+TEST_F(WorkloadTest, ACancelThatATransactionSetsEndsThePausesOfTheOthers) {
+  AddToAll({1}, [this](FakeXact& xact) {
+    if (++m_calls == kUsers) {
+      std::this_thread::sleep_for(100ms);  // the others fall asleep
+      m_cancel.Flag()->store(true);
+    }
+    return OneRow(xact);
+  });
+  Phase phase = Long();
+  phase.think_min = phase.think_max = 1min;
+  const RunRecord record = Run({phase});
+  EXPECT_TRUE(record.interrupted);
+  EXPECT_EQ(record.given_up_users, 0);
+}
+
 TEST_F(WorkloadTest, AnInterruptedRunKeepsAllAndSaysSo) {
   AddToAll({1, 1}, Until(100, OneRow));
   const RunRecord record = Run({Long(), Long()});
