@@ -4,6 +4,7 @@
 #include <set>
 
 #include "Told.h"
+#include "UnusualJob.h"
 #include "lkbench/ColumnTypes.h"
 #include "lkbench/Failure.h"
 #include "lkbench/JobKeys.h"
@@ -34,57 +35,15 @@ TEST(JobFile, AnEmptyFileIsTheDefaults) {
 }
 
 TEST(JobFile, EveryKeyIsRead) {
-  const Job job = ReadJob(R"toml(
-target = "mariadb://u@h/s"
-password = "env:PW"
-durability = "relaxed"
-buffer_pool = "64MiB"
-log_size = "1.5GiB"
-users = 8
-duration = "90s"
-count = 5000
-warm_up = "30s"
-ramp = 5
-think = "10ms:50ms"
-rate = 0.5
-arrival = "poisson"
-commit_every = 20
-phase = [{ name = "base" }]
-on_disconnect = "stop"
-reconnect_pause = "200ms"
-reconnect_limit = "2s"
-call_timeout = "30s"
-break_after = "1s"
-give_up_after = "3s"
-scale = 2.5
-tables = 7
-first_table = 3
-min_columns = 1
-max_columns = 4
-column_types = [ { type = "NUMBER(5)", weight = 2, nullable = true }, "DATE:3" ]
-distribution = "poisson"
-use_backup = true
-rows_per_commit = 100
-mix = { insert = 1, delete = 2 }
-limits = { "insert.p99" = "<20ms", errors = "<1%" }
-schema_seed = 9
-run_seed = 11
-log_level = "debug"
-format = "json"
-metrics = 9180
-results = "a"
-json = "a.json"
-plugin = "p.so"
-oci = "o.so"
-)toml");
-  EXPECT_EQ(job.target, "mariadb://u@h/s");
+  const Job job = ReadJob(kUnusualJob);
+  EXPECT_EQ(job.target, R"(local:/a b/"c"\d)");
   EXPECT_EQ(job.password, "env:PW");
   EXPECT_EQ(job.server.durability, localdb::Durability::kRelaxed);
   EXPECT_EQ(job.server.buffer_pool, 67108864u);
   EXPECT_EQ(job.server.log_size, 1610612736u);
   EXPECT_EQ(job.users, 8);
-  EXPECT_EQ(job.duration, std::chrono::seconds(90));
-  EXPECT_EQ(job.scale, 2.5);
+  EXPECT_EQ(job.duration, std::chrono::milliseconds(1500));
+  EXPECT_EQ(job.scale, 2.25);
   EXPECT_EQ(job.tables, 7);
   EXPECT_EQ(job.first_table, 3);
   EXPECT_EQ(job.min_columns, 1);
@@ -110,19 +69,19 @@ oci = "o.so"
   EXPECT_EQ(job.limits[0].name, "errors");
   EXPECT_EQ(job.limits[1].name, "insert.p99");
   EXPECT_EQ(job.limits[1].bound, 20e6);
-  EXPECT_EQ(job.results, "a");
-  EXPECT_EQ(job.json, "a.json");
-  EXPECT_EQ(job.plugin, "p.so");
-  EXPECT_EQ(job.oci, "o.so");
+  EXPECT_EQ(job.results, "/tmp/a");
+  EXPECT_EQ(job.json, "/tmp/a.json");
+  EXPECT_EQ(job.plugin, "/lib/p.so");
+  EXPECT_EQ(job.oci, "/lib/o.so");
   EXPECT_EQ(job.count, 5000u);
-  EXPECT_EQ(job.warm_up, std::chrono::seconds(30));
-  EXPECT_EQ(job.ramp, std::chrono::seconds(5));
+  EXPECT_EQ(job.warm_up, std::chrono::milliseconds(1200));
+  EXPECT_EQ(job.ramp, std::chrono::seconds(2));
   EXPECT_EQ(job.think_min, std::chrono::milliseconds(10));
   EXPECT_EQ(job.think_max, std::chrono::milliseconds(50));
   EXPECT_EQ(job.rate, 0.5);
   EXPECT_EQ(job.arrival, Arrival::kPoisson);
   EXPECT_EQ(job.commit_every, 20);
-  EXPECT_EQ(job.phases.size(), 1u);
+  EXPECT_EQ(job.phases.size(), 2u);
   EXPECT_EQ(job.on_disconnect, OnDisconnect::kStop);
   EXPECT_EQ(job.reconnect_pause, std::chrono::milliseconds(200));
   EXPECT_EQ(job.reconnect_limit, std::chrono::seconds(2));
