@@ -16,6 +16,7 @@
 #include "lkbench/Inspect.h"
 #include "lkbench/Layers.h"
 #include "lkbench/Report.h"
+#include "lkbench/Roles.h"
 #include "lkbench/ServerSettings.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextVerbs.h"
@@ -193,6 +194,7 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
   RequireLocalTarget(job, target);
   const Layers layers(target.kind, {job.oci, job.plugin});
   const std::unique_ptr<CSSBenchmark> benchmark = layers.NewBenchmark();
+  RequireXacts(*benchmark, job, FindVerb(verb)->bit);
   if (invocation.dry_run) {
     console.Result(DryRunText(invocation, target));
     return kDone;

@@ -6,12 +6,14 @@
 #include "lkbench/Schema.h"
 #include "lkbench/Text.h"
 #include "lkbench/TextTable.h"
+#include "lkbench/metrics/MetricsView.h"
 #include "lkbench/options/PhaseKeys.h"
 #include "lkbench/options/TomlText.h"
 #include "lkbench/results/RunResults.h"
 #include "localdb/DataFiles.h"
 #include "localdb/Folder.h"
 #include "localdb/LocalServer.h"
+#include "localdb/Programs.h"
 
 namespace lkbench {
 namespace {
@@ -24,11 +26,13 @@ std::string ServerText(const Target& target, const localdb::Settings& server) {
   try {
     const localdb::Folder folder(target.folder);
     folder.RequireUsable();
+    const bool is_new = !std::filesystem::exists(folder.Data());
+    const std::filesystem::path program = localdb::FindServer();
+    if (is_new) localdb::FindScripts(program);
     return "local:" + folder.Path().string() +
-           (std::filesystem::exists(folder.Data()) ? ", the private server there"
-                                                   : ", a new private server") +
-           " (" + (server.durability == localdb::Durability::kDurable ? "durable" : "relaxed") +
-           ", buffer pool " + SizeText(server.buffer_pool) + ", redo log " + SizeText(server.log_size) + ')';
+           (is_new ? ", a new private server" : ", the private server there") + " (" +
+           (server.durability == localdb::Durability::kDurable ? "durable" : "relaxed") + ", buffer pool " +
+           SizeText(server.buffer_pool) + ", redo log " + SizeText(server.log_size) + ')';
   } catch (const localdb::LocalServerError& error) {
     throw PrepareError(OneLine(error.what()));
   }
@@ -37,9 +41,12 @@ std::string ServerText(const Target& target, const localdb::Settings& server) {
 // A password in a variable or a file is looked for, and forgotten; nobody is asked.
 std::string PasswordText(const Target& target, const std::string& source) {
   if (target.kind == TargetKind::kLocal || source.empty()) return "none";
-  if (source == "prompt") return "asked for at the terminal";
-  (void)ReadPassword(source);
-  return "from " + source;
+  if (source != "prompt") {
+    (void)ReadPassword(source);
+    return "from " + source;
+  }
+  RequireTerminal();
+  return "asked for at the terminal";
 }
 
 std::string SchemaText(const Target& target) {
@@ -150,6 +157,10 @@ std::string DryRunText(const Invocation& invocation, const Target& target) {
   if (verb == kCheckVerb) plan.Add("check", "connect once, show versions and settings");
   const std::string results = ResultPlaces(invocation);
   plan.Add("writes", results.empty() ? "no file" : results);
+  if (job.metrics > 0) {
+    RequireMetricsPort(job.metrics);
+    plan.Add("metrics", "http://127.0.0.1:" + std::to_string(job.metrics) + "/metrics");
+  }
   return "dry run: what `lkbench " + invocation.verb +
          "` would do; nothing is connected to, started or written\n" + plan.Text();
 }

@@ -10,8 +10,8 @@
 
 namespace lkbench {
 
-// Throws what the verb would throw for places that cannot be used, as far as that can be told by looking: the
-// folder of a private server, where the password comes from, where results go.
+// Throws what the verb would throw for what cannot be used, as far as that can be told by looking: the folder
+// and the program of a private server, where the password comes from, where results go, the port for metrics.
 std::string DryRunText(const Invocation& invocation, const Target& target);
 
 }  // namespace lkbench

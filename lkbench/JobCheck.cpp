@@ -2,7 +2,6 @@
 // What no single key can tell: settings that contradict each other. A message begins with the place of the
 // setting that was made on purpose and names the other's.
 #include <algorithm>
-#include <map>
 #include <random>
 
 #include "lkbench/Failure.h"
@@ -50,12 +49,10 @@ void CheckScale(const Job& job) {
 
 // A limit for what no phase does has nothing to measure and always fails.
 void CheckLimitedWork(const Job& job, const std::vector<Phase>& phases) {
-  const std::map<std::string, int Mix::*> weights = {
-      {"insert", &Mix::insert}, {"update", &Mix::update}, {"delete", &Mix::remove}};
   for (const Limit& limit : job.limits) {
-    const auto weight = weights.find(limit.of);
-    if (weight == weights.end()) continue;
-    if (std::ranges::any_of(phases, [&](const Phase& phase) { return phase.mix.*weight->second > 0; }))
+    const auto* part = std::ranges::find(kMixParts, limit.of, &MixPart::name);
+    if (part == kMixParts.end()) continue;
+    if (std::ranges::any_of(phases, [&](const Phase& phase) { return phase.mix.*part->weight > 0; }))
       continue;
     throw UsageError(OriginOf(job, "limits") + ": limit " + limit.name + " is for " + limit.of +
                      ", which has no weight in any mix: nothing would be measured");

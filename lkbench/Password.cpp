@@ -12,13 +12,19 @@
 namespace lkbench {
 namespace {
 
+// The terminal of the process, open; `state` becomes its settings.
+int OpenTerminal(termios& state) {
+  const int file = open("/dev/tty", O_RDWR | O_CLOEXEC);
+  if (file < 0 || tcgetattr(file, &state) != 0)
+    throw UsageError("password: there is no terminal to ask on: use env:NAME or file:PATH");
+  return file;
+}
+
 // A terminal whose echo and interrupt key are off while the object lives: an interrupt is read as a
 // character, so that the terminal is never left silent.
 class SilentTerminal {
  public:
-  SilentTerminal() : m_file(open("/dev/tty", O_RDWR | O_CLOEXEC)) {
-    if (m_file < 0 || tcgetattr(m_file, &m_before) != 0)
-      throw UsageError("password: there is no terminal to ask on: use env:NAME or file:PATH");
+  SilentTerminal() : m_file(OpenTerminal(m_before)) {
     termios silent = m_before;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
     silent.c_cc[VEOL] = kInterruptKey;  // ends a line, so that it is read at once
@@ -44,8 +50,8 @@ class SilentTerminal {
 
  private:
   static constexpr char kInterruptKey = 3;
-  int m_file;
   termios m_before{};
+  int m_file;
 };
 
 std::string FromFile(const std::string& path) {
@@ -57,6 +63,11 @@ std::string FromFile(const std::string& path) {
 }
 
 }  // namespace
+
+void RequireTerminal() {
+  termios unused{};
+  close(OpenTerminal(unused));
+}
 
 std::string ReadPassword(const std::string& source) {
   if (source.empty()) return {};

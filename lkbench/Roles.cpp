@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <typeinfo>
 
 #include "lkbench/Failure.h"
+#include "lkbench/Text.h"
+#include "lkbench/options/PhaseKeys.h"
 
 namespace lkbench {
 namespace {
@@ -29,18 +32,64 @@ constexpr std::array kSetUp = {
     SetUpRole{182, TRANSACTION, Role::kRefreshProperties, "refreshes the properties"},
     SetUpRole{183, TRANSACTION, Role::kRefreshSequence, "refreshes the sequence"}};
 
-constexpr int kInsertID = 131, kUpdateID = 141, kDeleteID = 151;
-
 int WeightOf(int id, const Mix& mix) {
-  switch (id) {
-    case kInsertID:
-      return mix.insert;
-    case kUpdateID:
-      return mix.update;
-    case kDeleteID:
-      return mix.remove;
+  const auto* found = std::ranges::find(kMixParts, id, &MixPart::id);
+  return found == kMixParts.end() ? 0 : mix.*found->weight;
+}
+
+const CXact* Find(const CSSBenchmark& benchmark, Role role, int id) {
+  for (int i = 0; i < benchmark.GetXactCount(); ++i) {
+    const CXact* xact = benchmark.GetXact(i);
+    if (xact->GetXactID() == id && RoleOf(*xact) == role) return xact;
+  }
+  return nullptr;
+}
+
+// A class that is not declared to wxWidgets is copied as its base, which does nothing and succeeds.
+std::unique_ptr<CXact> CopyOf(CSSBenchmark& benchmark, const CXact& xact) {
+  std::unique_ptr<CXact> copy(benchmark.GetNewXactByID(xact.GetXactID()));
+  if (copy != nullptr && typeid(*copy) == typeid(xact)) return copy;
+  throw PrepareError(
+      "the plug-in's transaction \"" + Excerpt(xact.GetName().ToChar()) + "\" cannot be copied: its class " +
+      "needs wxDECLARE_DYNAMIC_CLASS, wxIMPLEMENT_DYNAMIC_CLASS and a default constructor, and the id " +
+      std::to_string(xact.GetXactID()) + " for itself");
+}
+
+// As a --mix gives them: what of the mix the benchmark has, or has not.
+std::string MixText(const CSSBenchmark& benchmark, const Mix& mix, bool is_there) {
+  std::vector<std::string> parts;
+  for (const MixPart& each : kMixParts)
+    if (mix.*each.weight > 0 && (Find(benchmark, Role::kWorkload, each.id) != nullptr) == is_there)
+      parts.push_back(std::string(each.name) + '=' + std::to_string(mix.*each.weight));
+  return Join(parts, ",");
+}
+
+void RequireMix(CSSBenchmark& benchmark, const Mix& mix) {
+  const std::string missing = MixText(benchmark, mix, false);
+  const std::string rest = MixText(benchmark, mix, true);
+  if (!missing.empty())
+    throw PrepareError("the plug-in has no transaction for " + missing + " of the mix" +
+                       (rest.empty() ? "" : ": leave it out, as --mix " + rest));
+  for (const MixPart& each : kMixParts)
+    if (mix.*each.weight > 0) NewWorkloadXact(benchmark, each.id);
+}
+
+// What creates and drops depends on the schema, but for the verb that does nothing else.
+std::vector<Role> RolesOf(Verbs verb, bool is_new) {
+  switch (verb) {
+    case kCreateVerb:
+      return is_new ? std::vector{Role::kCreateTables, Role::kCreateSequence, Role::kCreateProperties}
+                    : std::vector{Role::kCreateTables, Role::kRefreshProperties};
+    case kLoadVerb:
+      return {Role::kLoad, Role::kRefreshSequence, Role::kRefreshProperties};
+    case kRefreshVerb:
+      return {Role::kRefreshTables, Role::kRefreshSequence, Role::kRefreshProperties};
+    case kRunVerb:
+      return {Role::kLoad, Role::kRefreshTables, Role::kRefreshSequence, Role::kRefreshProperties};
+    case kDropVerb:
+      return {Role::kDropTables};
     default:
-      return 0;
+      return {};
   }
 }
 
@@ -56,10 +105,13 @@ Role RoleOf(const CXact& xact) {
 
 std::unique_ptr<CXact> NewXact(CSSBenchmark& benchmark, Role role) {
   const auto* wanted = std::ranges::find(kSetUp, role, &SetUpRole::role);
-  for (int i = 0; i < benchmark.GetXactCount(); ++i)
-    if (RoleOf(*benchmark.GetXact(i)) == role)
-      return std::unique_ptr<CXact>(benchmark.GetNewXactByID(benchmark.GetXact(i)->GetXactID()));
-  throw PrepareError("the plug-in has no transaction that " + std::string(wanted->name));
+  const CXact* xact = Find(benchmark, role, wanted->id);
+  if (xact == nullptr) throw PrepareError("the plug-in has no transaction that " + std::string(wanted->name));
+  return CopyOf(benchmark, *xact);
+}
+
+std::unique_ptr<CXact> NewWorkloadXact(CSSBenchmark& benchmark, int id) {
+  return CopyOf(benchmark, *Find(benchmark, Role::kWorkload, id));
 }
 
 std::vector<WorkloadXact> WorkloadXacts(const CSSBenchmark& benchmark, const Mix& mix) {
@@ -69,6 +121,12 @@ std::vector<WorkloadXact> WorkloadXacts(const CSSBenchmark& benchmark, const Mix
     if (RoleOf(xact) == Role::kWorkload) xacts.push_back({xact.GetXactID(), WeightOf(xact.GetXactID(), mix)});
   }
   return xacts;
+}
+
+void RequireXacts(CSSBenchmark& benchmark, const Job& job, Verbs verb) {
+  for (const Role role : RolesOf(verb, job.first_table <= 1)) NewXact(benchmark, role);
+  if ((verb & kWorkVerbs) == 0) return;
+  for (const Phase& phase : PhasesOf(job)) RequireMix(benchmark, phase.mix);
 }
 
 const char* KindName(int kind) {

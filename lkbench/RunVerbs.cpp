@@ -44,7 +44,7 @@ std::vector<WorkloadUser> WorkloadUsers(Bench& bench, const std::vector<Phase>& 
     users.push_back({user, {}});
     for (const XactWeights& each : WeightsOf(bench.benchmark, phases)) {
       auto share = std::make_unique<WorkloadShare>();
-      share->xact.reset(bench.benchmark.GetNewXactByID(each.id));
+      share->xact = NewWorkloadXact(bench.benchmark, each.id);
       share->weights = each.weights;
       Bind(*share->xact, *user, {user->Number(), count}, bench.benchmark, properties, bench.cancel,
            *bench.job.run_seed);

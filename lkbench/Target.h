@@ -23,5 +23,6 @@ Target ParseTarget(const std::string& text, const std::string& place);
 
 // The password that "env:NAME", "file:PATH" or "prompt" stands for; an empty source is no password.
 std::string ReadPassword(const std::string& source);
+void RequireTerminal();  // throws what a prompt throws where there is none to ask on
 
 }  // namespace lkbench

@@ -37,9 +37,13 @@ int ListenError(int port) {
 
 }  // namespace
 
+void RequireMetricsPort(int port) {
+  if (const int error = ListenError(port); error != 0) Refuse(port, std::generic_category().message(error));
+}
+
 MetricsView::MetricsView(int port, RunFigures::Labels run)
     : m_figures(std::make_shared<RunFigures>(std::move(run))) {
-  if (const int error = ListenError(port); error != 0) Refuse(port, std::generic_category().message(error));
+  RequireMetricsPort(port);
   try {
     m_exposer = std::make_unique<prometheus::Exposer>("127.0.0.1:" + std::to_string(port), 2);
   } catch (const std::exception&) {

@@ -12,10 +12,12 @@
 
 namespace lkbench {
 
+// Throws PrepareError where the port cannot be had.
+void RequireMetricsPort(int port);
+
 class MetricsView final : public RunView {
  public:
-  // Throws PrepareError where the port cannot be had.
-  MetricsView(int port, RunFigures::Labels run);
+  MetricsView(int port, RunFigures::Labels run);  // likewise
 
   void OnLoad(const LoadState& load) override { m_figures->Set(load); }
   void OnInterval(const Progress& progress) override { m_figures->Set(progress); }

@@ -38,17 +38,13 @@ JobValue::Table PairsOf(const JobValue& value) {
 void SetMix(Phase& phase, const JobValue& value) {
   Mix mix{0, 0, 0};
   for (const auto& [name, weight] : PairsOf(value)) {
-    int* slot = name == "insert"   ? &mix.insert
-                : name == "update" ? &mix.update
-                : name == "delete" ? &mix.remove
-                                   : nullptr;
-    if (slot == nullptr)
+    const auto* part = std::ranges::find(kMixParts, name, &MixPart::name);
+    if (part == kMixParts.end())
       throw UsageError(weight.place + ": mix has no transaction \"" + Excerpt(name) + "\"" +
-                       DidYouMean(name, {"insert", "update", "delete"}) +
-                       " (insert, update and delete have weights)");
-    *slot = Int(weight, 0, kMostWeight);
+                       DidYouMean(name, MixNames()) + " (" + Join(MixNames(), ", ") + " have weights)");
+    mix.*part->weight = Int(weight, 0, kMostWeight);
   }
-  if (mix.insert + mix.update + mix.remove == 0)
+  if (std::ranges::all_of(kMixParts, [&](const MixPart& part) { return mix.*part.weight == 0; }))
     throw UsageError(value.place + ": mix needs at least one weight above 0");
   phase.mix = mix;
 }
@@ -121,8 +117,10 @@ void SetPassword(Job& job, const JobValue& value) {
 }
 
 std::string MixText(const Phase& phase) {
-  return "{ insert = " + std::to_string(phase.mix.insert) + ", update = " + std::to_string(phase.mix.update) +
-         ", delete = " + std::to_string(phase.mix.remove) + " }";
+  std::vector<std::string> weights;
+  for (const MixPart& part : kMixParts)
+    weights.push_back(std::string(part.name) + " = " + std::to_string(phase.mix.*part.weight));
+  return "{ " + Join(weights, ", ") + " }";
 }
 
 std::string ColumnTypesText(const Job& job) {

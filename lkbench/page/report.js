@@ -41,8 +41,8 @@ function fairnessPart(phase, index) {
 }
 
 function paceText(settings) {
-  const words = [plural(settings.users, "user"), `insert ${settings.mix.insert} : update ${settings.mix.update} : delete ` +
-    settings.mix.delete];
+  const words = [plural(settings.users, "user"),
+    Object.entries(settings.mix).map(([name, weight]) => `${name} ${weight}`).join(" : ")];
   words.push(settings.rate_per_s ? `${significant(settings.rate_per_s)} executions per second, ${settings.arrival} arrivals`
     : "as fast as it goes");
   if (settings.think_max_ns) words.push(`think time ${time(settings.think_min_ns)} to ${time(settings.think_max_ns)}`);

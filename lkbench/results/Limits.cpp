@@ -7,16 +7,22 @@
 
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
+#include "lkbench/workload/Mix.h"
 
 namespace lkbench {
 namespace {
 
-const std::vector<std::string> kSubjects = {"total", "insert", "update", "delete"};
 const std::vector<std::string> kMeasures = {"p50", "p90",  "p95",        "p99",   "p99.9",
                                             "max", "mean", "throughput", "errors"};
 
 [[noreturn]] void Refuse(const std::string& place, const std::string& text) {
   throw UsageError((place.empty() ? "" : place + ": ") + text);
+}
+
+std::vector<std::string> Subjects() {
+  std::vector<std::string> subjects = MixNames();
+  subjects.insert(subjects.begin(), "total");
+  return subjects;
 }
 
 bool IsKnown(const std::vector<std::string>& names, const std::string& name) {
@@ -29,9 +35,9 @@ void SplitName(Limit& limit, const std::string& place) {
   const bool has_subject = point != std::string::npos && !IsKnown(kMeasures, limit.name);
   limit.of = has_subject ? limit.name.substr(0, point) : "total";
   limit.what = has_subject ? limit.name.substr(point + 1) : limit.name;
-  if (!IsKnown(kSubjects, limit.of))
-    Refuse(place, "limit \"" + Excerpt(limit.name) + "\": it is for one of " + Join(kSubjects, ", ") +
-                      DidYouMean(limit.of, kSubjects));
+  if (!IsKnown(Subjects(), limit.of))
+    Refuse(place, "limit \"" + Excerpt(limit.name) + "\": it is for one of " + Join(Subjects(), ", ") +
+                      DidYouMean(limit.of, Subjects()));
   if (!IsKnown(kMeasures, limit.what))
     Refuse(place, "limit \"" + Excerpt(limit.name) + "\": what is limited is one of " +
                       Join(kMeasures, ", ") + DidYouMean(limit.what, kMeasures));

@@ -66,13 +66,14 @@ Json PartJson(const Part& part) {
 }
 
 Json SettingsJson(const Phase& phase) {
-  const Mix& mix = phase.mix;
+  Json mix;
+  for (const MixPart& part : kMixParts) mix[part.name] = phase.mix.*part.weight;
   return {{"users", phase.users},
           {"duration_ns", phase.duration.count()},
           {"count", phase.count},
           {"warm_up_ns", phase.warm_up.count()},
           {"ramp_ns", phase.ramp.count()},
-          {"mix", {{"insert", mix.insert}, {"update", mix.update}, {"delete", mix.remove}}},
+          {"mix", mix},
           {"think_min_ns", phase.think_min.count()},
           {"think_max_ns", phase.think_max.count()},
           {"rate_per_s", phase.rate},

@@ -7,15 +7,9 @@
 #include <cstdint>
 #include <string>
 
+#include "lkbench/workload/Mix.h"
+
 namespace lkbench {
-
-struct Mix {  // relative weights of the workload's transactions
-  int insert = 40;
-  int update = 40;
-  int remove = 20;
-
-  bool operator==(const Mix&) const = default;
-};
 
 enum class Arrival { kFixed, kPoisson };  // how executions follow each other at a rate
 

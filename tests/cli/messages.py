@@ -21,9 +21,6 @@ UNTESTED = {
     "the sessions cannot be ended in order: the database has not answered for ":
         "a server cannot be stopped in that moment; UserPoolTest has the decision",
     "it was taken just now, or the system gives no thread": "it is free a moment before",
-    " has no class COracle8Driver": "nobody chooses the driver library",
-    "load: it ended, but not without a problem: run `lkbench load` again":
-        "no load is known that reports a problem and says that it has succeeded",
     "password: the terminal cannot be written to: use env:NAME or file:PATH": "a terminal takes what is written",
     ": use fewer users or raise the limit (ulimit -u)": "the threads of root, who runs the tests, are not limited",
 }

@@ -38,7 +38,7 @@ read -ra flags < <(pkg-config --cflags --libs lkbench)
 
 for plugin in "$work/plugin/libEXAMPLE.so" "$work/libBYHAND.so"; do
   bin/lkbench list --plugin "$plugin" | grep 'CExampleTouch  *Example Touch  *141' >/dev/null || fail "$plugin is not listed"
-  bin/lkbench workload --plugin "$plugin" --duration 300ms --target "local:$work/db" --json "$work/results.json" \
+  bin/lkbench workload --plugin "$plugin" --mix insert=70,update=30 --duration 300ms --target "local:$work/db" --json "$work/results.json" \
     >/dev/null || fail "$plugin cannot be run"
   grep -q '"class": "CExampleRead"' "$work/results.json" || fail "$plugin was not what ran"
 done
