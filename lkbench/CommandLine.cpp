@@ -2,6 +2,7 @@
 #include "lkbench/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 
 #include "lkbench/Failure.h"
@@ -10,6 +11,8 @@
 #include "lkbench/Text.h"
 #include "lkbench/options/Environment.h"
 #include "lkbench/options/HelpText.h"
+#include "lkbench/options/PeerNames.h"
+#include "lkbench/options/Templates.h"
 
 namespace lkbench {
 namespace {
@@ -123,19 +126,35 @@ std::vector<std::string> FlagNames() {
   return names;
 }
 
+// "-T60" is the flag -T with its value.
+std::string FlagOf(const std::string& word) {
+  const std::string flag = word.substr(0, word.find('='));
+  return flag.starts_with("--") ? flag : flag.substr(0, 2);
+}
+
+[[noreturn]] void RefuseFlag(const std::string& flag, const VerbInfo* verb) {
+  const std::string nearest = DidYouMeanKey(flag, FlagNames(), FlagOfKey);
+  const std::string about =
+      verb == nullptr ? "VERB` lists the flags of a verb" : verb->name + "` lists the flags of " + verb->name;
+  throw UsageError("unknown flag " + Excerpt(flag) +
+                   (nearest.empty() ? ": `lkbench help " + about : nearest));
+}
+
+// What somebody may have meant with an argument that the verb does not take.
+std::string HintFor(const std::string& argument) {
+  if (argument.ends_with(".toml")) return "; a job file is named with -c";
+  if (std::ranges::count(TemplateNames(), argument) == 0) return {};
+  return "; `lkbench init --template " + argument + "` writes a job of this kind";
+}
+
 // Words that no verb and no flag took: the verb's arguments, or mistakes.
 std::vector<std::string> Arguments(const std::vector<std::string>& extras, const VerbInfo* verb) {
   for (const std::string& word : extras) {
     if (!word.starts_with('-') || word == "-") continue;
-    const std::string flag = word.substr(0, word.find('='));
-    const std::string nearest = DidYouMean(flag, FlagNames());
-    const std::string about = verb == nullptr ? "VERB` lists the flags of a verb"
-                                              : verb->name + "` lists the flags of " + verb->name;
-    throw UsageError("unknown flag " + Excerpt(flag) +
-                     (nearest.empty() ? ": `lkbench help " + about : nearest));
+    RefuseFlag(FlagOf(word), verb);
   }
   if (verb == nullptr && !extras.empty()) {
-    const std::string nearest = DidYouMean(extras.front(), VerbNames());
+    const std::string nearest = DidYouMeanVerb(extras.front());
     throw UsageError(
         "unknown verb \"" + Excerpt(extras.front()) + '"' +
         (nearest.empty() ? ": one of " + Join(VerbNames(), ", ") + "; `lkbench help` says more" : nearest));
@@ -145,7 +164,7 @@ std::vector<std::string> Arguments(const std::vector<std::string>& extras, const
                            (verb->arguments.empty() ? "[FLAGS]" : verb->arguments + " [FLAGS]");
   if (extras.size() > verb->most)
     throw UsageError("unexpected argument \"" + Excerpt(extras[verb->most]) + "\": " + form +
-                     (extras[verb->most].ends_with(".toml") ? "; a job file is named with -c" : ""));
+                     HintFor(extras[verb->most]));
   if (extras.size() < verb->fewest) throw UsageError(verb->name + ": an argument is missing: " + form);
   return extras;
 }
@@ -170,9 +189,11 @@ std::string AnswerOf(const Given& given, const VerbInfo* verb, const std::vector
   const bool is_help = verb != nullptr && verb->bit == kHelpVerb;
   if (is_help && !arguments.empty()) {
     const VerbInfo* about = FindVerb(arguments.front());
+    if (about == nullptr && FindJobKey(arguments.front()) != nullptr)
+      throw UsageError("help: " + arguments.front() + " is a key: `lkbench man lkbench-job` describes all");
     if (about == nullptr)
       throw UsageError("help: unknown verb \"" + Excerpt(arguments.front()) + '"' +
-                       DidYouMean(arguments.front(), VerbNames()));
+                       DidYouMeanVerb(arguments.front()));
     return VerbHelp(*about);
   }
   return is_help ? GeneralHelp() : std::string();

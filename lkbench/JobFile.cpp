@@ -6,12 +6,14 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <system_error>
 
 #include "lkbench/Failure.h"
 #include "lkbench/JobKeys.h"
 #include "lkbench/Text.h"
+#include "lkbench/options/PeerNames.h"
 
 namespace lkbench {
 namespace {
@@ -66,7 +68,7 @@ void ReadJobText(Job& job, std::string_view text, const std::string& path) {
     const std::string key(name.str());
     const JobKey* known = FindJobKey(key);
     if (known == nullptr) {
-      const std::string nearest = DidYouMean(key, JobKeyNames());
+      const std::string nearest = DidYouMeanKey(key, JobKeyNames(), std::identity());
       throw UsageError(Place(path, name.source()) + ": unknown key \"" + Excerpt(key) + '"' +
                        (nearest.empty() && node.is_table()
                             ? ": keys stand at the top of the file, without a [table]"

@@ -34,9 +34,11 @@ void LoadProgress::Tell(std::uint64_t rows, bool is_over) const {
 std::string LoadSummary(const LoadResult& result, const LoadPlan& plan) {
   const double seconds = static_cast<double>(result.elapsed) / 1e9;
   const int tables = plan.last - plan.first + 1;
-  return "loaded " + Plural(static_cast<std::uint64_t>(tables), "table") + " to scale " +
-         Short(std::max(plan.base, plan.wanted)) + ": " + Grouped(result.rows) + " rows in " +
-         Fixed(seconds, 1) + " s, " + RowsPerSecondText(result.rows, result.elapsed);
+  const std::string loaded = "loaded " + Plural(static_cast<std::uint64_t>(tables), "table") + " to scale " +
+                             Short(std::max(plan.base, plan.wanted));
+  if (result.rows == 0) return loaded + ": all rows were there already";
+  return loaded + ": " + Grouped(result.rows) + " rows in " + Fixed(seconds, 1) + " s, " +
+         RowsPerSecondText(result.rows, result.elapsed);
 }
 
 }  // namespace lkbench

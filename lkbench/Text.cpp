@@ -117,6 +117,10 @@ bool IsPart(std::string_view word, std::string_view name) {
 
 }  // namespace
 
+std::string Question(const std::vector<std::string>& likely) {
+  return likely.empty() ? "" : ": did you mean \"" + Join(likely, "\" or \"") + "\"?";
+}
+
 std::string DidYouMean(std::string_view name, const std::vector<std::string>& candidates) {
   std::vector<std::string> likely = {Nearest(name, candidates)};
   const std::string_view word = name.substr(std::min(name.find_first_not_of('-'), name.size()));
@@ -125,7 +129,7 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string>& ca
     std::ranges::copy_if(candidates, std::back_inserter(likely),
                          [&](const auto& candidate) { return !word.empty() && IsPart(word, candidate); });
   }
-  return likely.empty() ? "" : ": did you mean \"" + Join(likely, "\" or \"") + "\"?";
+  return Question(likely);
 }
 
 namespace {

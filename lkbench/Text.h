@@ -29,7 +29,9 @@ std::string Join(const std::vector<std::string>& parts, std::string_view separat
 
 // The candidate that differs least from `name`; empty when none is near (more than a third of it differs).
 std::string Nearest(std::string_view name, const std::vector<std::string>& candidates);
-// ": did you mean "x"?"; when nothing is near, those that have the name as a part ("a_x" or "x_b"), or
+// ": did you mean "x" or "y"?"; of no name nothing.
+std::string Question(const std::vector<std::string>& likely);
+// The same for one candidate; when nothing is near, those that have the name as a part ("a_x" or "x_b"), or
 // nothing.
 std::string DidYouMean(std::string_view name, const std::vector<std::string>& candidates);
 

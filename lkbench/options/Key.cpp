@@ -29,11 +29,13 @@ const char* SectionTitle(Section section) {
   return "";
 }
 
-std::string KeyText::Flag() const {
+std::string FlagOfKey(const std::string& name) {
   std::string flag = "--" + name;
   std::ranges::replace(flag, '_', '-');
   return flag;
 }
+
+std::string KeyText::Flag() const { return FlagOfKey(name); }
 
 std::string KeyText::Variable() const { return "LKBENCH_" + Upper(name); }
 

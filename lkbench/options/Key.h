@@ -48,6 +48,8 @@ struct Key {
   char letter = 0;             // of the short flag
 };
 
+std::string FlagOfKey(const std::string& name);  // first_table as --first-table
+
 // The part of a key that does not depend on its owner.
 struct KeyText {
   std::string name;

@@ -27,8 +27,10 @@ KeyType<Phase> Rate() {
           .set =
               [](Phase& phase, const JobValue& value) {
                 const auto* text = std::get_if<std::string>(&value.value);
-                phase.rate = text != nullptr && *text == kUnlimited ? 0 : value.Real(0);
+                phase.rate = 0;
                 if (text != nullptr && *text == kUnlimited) return;
+                const bool is_number = text == nullptr || (value.is_flag && ParseReal(*text, phase.rate));
+                if (is_number) phase.rate = value.Real(0);
                 if (phase.rate <= 0 || phase.rate > kHighestRate)
                   value.Refuse("executions per second are needed, above 0 and up to 1000000, or unlimited");
               },
