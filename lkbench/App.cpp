@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/App.h"
 
+#include <sys/resource.h>
+
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -186,6 +189,15 @@ RunFigures::Labels RunLabels(const Invocation& invocation) {
           {"run_seed", std::to_string(job.run_seed.value_or(0))}};
 }
 
+// A session is an open file, and the usual limit of a shell is a thousand.
+void AllowOpenFiles() {
+  constexpr rlim_t kEnough = 65536;
+  rlimit files{};
+  if (getrlimit(RLIMIT_NOFILE, &files) != 0 || files.rlim_cur >= kEnough) return;
+  files.rlim_cur = std::min(files.rlim_max, kEnough);
+  setrlimit(RLIMIT_NOFILE, &files);
+}
+
 int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& log) {
   const std::string& verb = invocation.verb;
   const Job& job = invocation.job;
@@ -200,6 +212,7 @@ int RunDatabaseVerb(const Invocation& invocation, Console& console, ErrorLog& lo
     return kDone;
   }
   LKGetConfig()->WriteProfileInt(L"Settings", L"RowsPerCommit", job.rows_per_commit);
+  AllowOpenFiles();
   RunResults results(invocation, console);
   Database database(target, job);
   std::signal(SIGPIPE, SIG_IGN);  // a reader of our output that ends first does not end the run

@@ -76,7 +76,7 @@ CommandLine ServeCommand(const Folder& folder, const Options& options) {
   Append(arguments, {"--datadir=" + folder.Data().string(), "--socket=" + folder.Socket().string(),
                      "--pid-file=" + folder.PidFile().string(), "--log-error=" + folder.Log().string(),
                      "--character-set-server=utf8mb4", "--collation-server=utf8mb4_nopad_bin",
-                     "--skip-name-resolve", "--max-connections=500", "--max-prepared-stmt-count=1048576",
+                     "--skip-name-resolve", "--max-connections=1010", "--max-prepared-stmt-count=1048576",
                      "--use-stat-tables=NEVER", "--local-infile=OFF"});
   Append(arguments, SettingsArguments(options.settings));
   Append(arguments, NetworkArguments(options.tcp_port));
