@@ -14,11 +14,11 @@ std::unique_ptr<CXact> Bench::Copy(Role role, VirtualUser& user, Seat seat,
   return xact;
 }
 
-void Bench::RunObject(Role role, const CBenchmarkProperties& properties) {
+void Bench::RunObject(Role role, const CBenchmarkProperties& properties, const std::function<void()>& tick) {
   ThrowIfInterrupted();
   const auto xact = Copy(role, Admin(), Seat{}, properties);
   benchmark.SetBenchmarkScale(properties.GetScale());
-  if (!RunAlone(Admin(), breaker, *xact)) {
+  if (!RunAlone(Admin(), breaker, *xact, tick)) {
     ThrowIfInterrupted();
     throw PrepareError(std::string(xact->GetName().ToChar()) + " failed");
   }

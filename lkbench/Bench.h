@@ -3,6 +3,7 @@
 // returns when its work is done and throws a Failure when it could not be done. They run on the main thread.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -48,7 +49,7 @@ struct Bench {
   std::unique_ptr<CXact> Copy(Role role, VirtualUser& user, Seat seat,
                               const CBenchmarkProperties& properties);
   // Runs an object transaction by one user. Throws PrepareError "verb: ..." when it fails.
-  void RunObject(Role role, const CBenchmarkProperties& properties);
+  void RunObject(Role role, const CBenchmarkProperties& properties, const std::function<void()>& tick = {});
   void ThrowIfInterrupted() const;  // Failure with the signal's exit code
 };
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "lkbench/Text.h"
+#include "lkbench/workload/TableWatch.h"
 
 namespace lkbench {
 namespace {
@@ -31,6 +32,7 @@ CallWatch::Work::Work(CallWatch& watch, CDriverBase& driver, std::string who)
 }
 
 CallWatch::Work::~Work() {
+  Count(0, 0);
   const std::lock_guard lock(m_watch.m_mutex);
   std::erase(m_watch.m_works, this);
   t_work = m_outer;
@@ -55,6 +57,19 @@ void CallWatch::Work::End() {
     StopForGood();
   }
   m_since = {};
+}
+
+void CallWatch::Work::Count(int table, std::uint64_t rows) {
+  const std::lock_guard lock(m_watch.m_mutex);
+  m_watch.m_done.rows += rows;
+  if (table == m_table) return;
+  if (m_table > 0) ++m_watch.m_done.tables;
+  m_table = table;
+}
+
+CallWatch::Tally CallWatch::Done() {
+  const std::lock_guard lock(m_mutex);
+  return m_done;
 }
 
 std::vector<CallWatch::Call> CallWatch::BreakBegunBefore(TimePoint moment) {
@@ -96,5 +111,12 @@ void NoteCallText(const void* statement, std::string_view text) {
   t_work->m_prepared = statement;
   t_work->m_text = Excerpt(text);
 }
+
+void NoteCallDone(const void* statement, std::uint64_t rows) {
+  if (t_work == nullptr || statement != t_work->m_prepared) return;
+  if (const int table = TableNumberIn(t_work->m_text); table > 0) t_work->Count(table, rows);
+}
+
+bool CallsAreNoted() { return t_work != nullptr; }
 
 }  // namespace lkbench

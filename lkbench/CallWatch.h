@@ -8,6 +8,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -39,9 +40,11 @@ class CallWatch {
     friend class CallWatch;
     friend class CallNote;
     friend void NoteCallText(const void* statement, std::string_view text);
+    friend void NoteCallDone(const void* statement, std::uint64_t rows);
 
     void Begin(const char* doing, const void* statement);
     void End();
+    void Count(int table, std::uint64_t rows);
 
     CallWatch& m_watch;
     CDriverBase& m_driver;
@@ -49,6 +52,7 @@ class CallWatch {
     Work* m_outer;
     const void* m_prepared = nullptr;  // the statement that was prepared last, and its text
     std::string m_text;
+    int m_table = 0;  // that its statements are about
     // Guarded by the watch:
     TimePoint m_since{};  // TimePoint{}: in no call
     TimePoint m_broken{};
@@ -67,12 +71,20 @@ class CallWatch {
   // The oldest call that began before the moment and still runs. If there is one, all works are given up.
   std::optional<Call> GiveUpBegunBefore(TimePoint moment);
 
+  // What the works have done so far. A table is done when its thread has gone on to another one, or ended.
+  struct Tally {
+    std::uint64_t tables = 0;
+    std::uint64_t rows = 0;  // of all statements
+  };
+  Tally Done();
+
   CallBreaker& Breaker() { return m_breaker; }
 
  private:
   CallBreaker& m_breaker;
   std::mutex m_mutex;
   std::vector<Work*> m_works;
+  Tally m_done;
   bool m_is_given_up = false;
 };
 
@@ -91,5 +103,9 @@ class CallNote {
 
 // This thread is about to prepare a statement with that text.
 void NoteCallText(const void* statement, std::string_view text);
+// This thread has executed a statement, which was about so many rows.
+void NoteCallDone(const void* statement, std::uint64_t rows);
+// Whether anybody wants to know.
+bool CallsAreNoted();
 
 }  // namespace lkbench

@@ -3,6 +3,7 @@
 #include "lkbench/Ddl.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
+#include "lkbench/TablesProgress.h"
 #include "lkbench/Text.h"
 
 namespace lkbench {
@@ -40,7 +41,11 @@ void NoteBegin(Bench& bench, bool is_new, int first) {
 
 void MakeObjects(Bench& bench, bool is_new) {
   const CBenchmarkProperties properties = PropertiesOf(bench.job);
-  bench.RunObject(Role::kCreateTables, properties);
+  {
+    const auto tables = static_cast<std::size_t>(bench.job.tables - FirstTable(bench.job) + 1);
+    const TablesProgress progress(bench, "create", tables);
+    bench.RunObject(Role::kCreateTables, properties, [&] { progress.Tick(); });
+  }
   if (is_new) {
     bench.RunObject(Role::kCreateSequence, properties);
     bench.RunObject(Role::kCreateProperties, properties);

@@ -4,6 +4,7 @@
 #include "lkbench/Bench.h"
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
+#include "lkbench/TablesProgress.h"
 #include "lkbench/Text.h"
 
 namespace lkbench {
@@ -22,17 +23,20 @@ std::vector<int> Left(const Schema& schema, int first, bool TableState::*what) {
 void DropTables(Bench& bench, int first) {
   std::vector<int> left = Left(ReadSchema(bench.Admin()), first, &TableState::exists);
   const size_t all = left.size();
+  std::optional<TablesProgress> progress;
+  if (all > 0) progress.emplace(bench, "drop", all);
   while (!left.empty()) {
     CBenchmarkProperties properties = PropertiesOf(bench.job);
     properties.SetIntAttribute1(left.front());
     const auto xact = bench.Copy(Role::kDropTables, bench.Admin(), Seat{}, properties);
-    RunAlone(bench.Admin(), bench.breaker, *xact);
+    RunAlone(bench.Admin(), bench.breaker, *xact, [&] { progress->Tick(); });
     bench.ThrowIfInterrupted();
     const std::vector<int> now = Left(ReadSchema(bench.Admin()), first, &TableState::exists);
     if (now.size() == left.size())
       throw PrepareError("drop: " + TableName(left.front()) + " could not be dropped");
     left = now;
   }
+  progress.reset();
   for (const int number : Left(ReadSchema(bench.Admin()), first, &TableState::has_backup))
     bench.Admin().Run("DROP TABLE " + BackupName(number));
   if (all > 0) bench.console.Progress("dropped " + Plural(all, "table"));

@@ -21,6 +21,14 @@ Function* Behind(const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
+// Of the last execute, as the OCI library keeps them: no call to the database.
+ub4 RowsOf(OCIStmt* statement, OCIError* error) {
+  static const auto get = Behind<decltype(OCIAttrGet)>("OCIAttrGet");
+  ub4 rows = 0;
+  if (get != nullptr) get(statement, OCI_HTYPE_STMT, &rows, nullptr, OCI_ATTR_ROW_COUNT, error);
+  return rows;
+}
+
 template <class Function, class... Arguments>
 sword Pass(Function* function, Arguments... arguments) {
   return function == nullptr ? OCI_INVALID_HANDLE : function(arguments...);
@@ -42,8 +50,14 @@ LK_TAP OCIStmtPrepare(OCIStmt* stmtp, OCIError* errhp, const OraText* stmt, ub4 
 LK_TAP OCIStmtExecute(OCISvcCtx* svchp, OCIStmt* stmtp, OCIError* errhp, ub4 iters, ub4 rowoff,
                       const OCISnapshot* snap_in, OCISnapshot* snap_out, ub4 mode) {
   static const auto next = Behind<decltype(OCIStmtExecute)>("OCIStmtExecute");
-  const CallNote note("executing", stmtp);
-  return Pass(next, svchp, stmtp, errhp, iters, rowoff, snap_in, snap_out, mode);
+  sword status = OCI_SUCCESS;
+  {
+    const CallNote note("executing", stmtp);
+    status = Pass(next, svchp, stmtp, errhp, iters, rowoff, snap_in, snap_out, mode);
+  }
+  const bool is_done = status == OCI_SUCCESS || status == OCI_SUCCESS_WITH_INFO;
+  if (is_done && lkbench::CallsAreNoted()) lkbench::NoteCallDone(stmtp, RowsOf(stmtp, errhp));
+  return status;
 }
 
 LK_TAP OCIStmtFetch2(OCIStmt* stmtp, OCIError* errhp, ub4 nrows, ub2 orientation, sb4 fetchOffset, ub4 mode) {

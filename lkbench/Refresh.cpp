@@ -2,12 +2,11 @@
 #include "lkbench/Refresh.h"
 
 #include <algorithm>
-#include <chrono>
 
 #include "lkbench/Failure.h"
 #include "lkbench/Precondition.h"
+#include "lkbench/TablesProgress.h"
 #include "lkbench/Text.h"
-#include "lkbench/display/ProgressText.h"
 
 namespace lkbench {
 namespace {
@@ -41,16 +40,6 @@ CBenchmarkProperties PropertiesAt(const Bench& bench, double scale) {
   return PropertiesOf(job);
 }
 
-// The transactions tell of rows only in their messages: the status is the time that it takes.
-std::function<void()> CutBackStatus(Console& console, size_t tables) {
-  return [&console, tables, begin = std::chrono::steady_clock::now()] {
-    const std::chrono::nanoseconds elapsed = std::chrono::steady_clock::now() - begin;
-    const Spans line = {{"removing rows from " + Plural(tables, "table") + "  " +
-                         ClockText(static_cast<std::uint64_t>(elapsed.count()))}};
-    console.Status([line](std::size_t columns) { return CutToWidth(line, columns); });
-  };
-}
-
 }  // namespace
 
 void CutBack(Bench& bench, const std::string& verb, const std::map<int, double>& scales, Copies copies,
@@ -66,9 +55,11 @@ void CutBack(Bench& bench, const std::string& verb, const std::map<int, double>&
     properties.SetIntAttribute2(copies == Copies::kBackups ? 1 : 0);
     share.xacts.push_back(bench.Copy(Role::kRefreshTables, *share.user, deals[i].seat, properties));
   }
-  const StatusScope scope(bench.console);
-  const StepResult result =
-      StepRunner(bench.cancel, bench.breaker).Run(shares, CutBackStatus(bench.console, scales.size()));
+  StepResult result;
+  {
+    const TablesProgress progress(bench, verb, scales.size(), RowsRemoved::kTold);
+    result = StepRunner(bench.cancel, bench.breaker).Run(shares, [&] { progress.Tick(); });
+  }
   bench.ThrowIfInterrupted();
   if (!result.done)
     throw PrepareError(verb + ": " + result.failure + ": run `lkbench " + verb + "` again to go on");

@@ -71,7 +71,14 @@ class Step {
 
 }  // namespace
 
-bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact) {
+bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact, const std::function<void()>& tick) {
+  if (tick) {
+    bool is_done = false;
+    UserThreads thread(
+        1, [&](int) { is_done = RunAlone(user, breaker, xact); }, [](int) {});
+    thread.Wait(tick);
+    return is_done;
+  }
   const CallWatch::Work work = user.ForLkbench();
   const CallBreaker::Scope breakable(breaker, user.Driver());
   int result = 1;

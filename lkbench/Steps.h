@@ -39,9 +39,10 @@ class StepRunner {
   CallBreaker& m_breaker;
 };
 
-// One user's transaction from PreBenchmark to PostBenchmark, on the calling thread: what creates, drops or
-// rewrites objects. Whether all of it succeeded.
-bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact);
+// One user's transaction from PreBenchmark to PostBenchmark: what creates, drops or rewrites objects. With a
+// `tick` on a thread of its own, while the calling one calls that about once a second. Whether all of it
+// succeeded.
+bool RunAlone(VirtualUser& user, CallBreaker& breaker, CXact& xact, const std::function<void()>& tick = {});
 
 // Calls `call` and returns its result; an exception that leaves it is one error in the user's log and result
 // 0.

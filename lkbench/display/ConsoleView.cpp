@@ -13,6 +13,15 @@ void ConsoleView::OnLoad(const LoadState& load) {
     m_console.Status(LoadLine(load), LoadBar(load));
 }
 
+// What is over soon has no line.
+void ConsoleView::OnTables(const TablesState& state) {
+  constexpr std::uint64_t kSoon = 5'000'000'000;
+  if (state.elapsed < kSoon || state.is_over)
+    m_console.Status(TablesStatus(state));
+  else
+    m_console.Status(TablesLine(state), TablesStatus(state));
+}
+
 void ConsoleView::OnInterval(const Progress& progress) {
   m_console.Progress(IntervalLine(progress),
                      [&](std::size_t columns) { return IntervalLine(progress, columns); });

@@ -12,6 +12,7 @@ class ConsoleView final : public RunView {
   explicit ConsoleView(Console& console) : m_console(console) {}
 
   void OnLoad(const LoadState& load) override;
+  void OnTables(const TablesState& state) override;
   void OnInterval(const Progress& progress) override;
 
  private:

@@ -47,7 +47,29 @@ Spans BarLine(const LoadState& load, std::size_t columns) {
   return CutToWidth(spans, columns);
 }
 
+std::string TablesText(const TablesState& state) {
+  return Grouped(state.tables) + " of " + Plural(state.of, "table");
+}
+
+std::vector<Piece> Pieces(const TablesState& state) {
+  std::vector<Piece> pieces = {{state.verb}, {TablesText(state)}};
+  if (state.rows) pieces.push_back({Grouped(*state.rows) + " rows removed", 2});
+  pieces.push_back({ClockText(state.elapsed), 1});
+  if (state.tables > 0)
+    pieces.push_back({ClockText(state.elapsed / state.tables * (state.of - state.tables)) + " left"});
+  return pieces;
+}
+
 }  // namespace
+
+std::string TablesLine(const TablesState& state) {
+  return state.verb + ": " + TablesText(state) +
+         (state.rows ? ", " + Grouped(*state.rows) + " rows removed" : "") + ", " + ClockText(state.elapsed);
+}
+
+FittedLine TablesStatus(const TablesState& state) {
+  return [state](std::size_t columns) { return CutToWidth(Fitted(Pieces(state), columns), columns); };
+}
 
 std::string LoadLine(const LoadState& load) {
   return "loaded " + Grouped(load.rows) + " of " + Grouped(load.of) + " rows (" + Percent(load) + "), " +

@@ -17,7 +17,8 @@ class RunView {
  public:
   virtual ~RunView() = default;
 
-  virtual void OnLoad(const LoadState&) {}  // at its begin, about once a second, and at its end
+  virtual void OnLoad(const LoadState&) {}      // at its begin, about once a second, and at its end
+  virtual void OnTables(const TablesState&) {}  // likewise, of a create, a refresh and a drop
   virtual void OnInterval(const Progress&) {}
   virtual void OnPhaseEnd(const PhaseRecord&) {}
   virtual void OnEvent(const Event&) {}

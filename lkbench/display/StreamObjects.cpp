@@ -49,6 +49,14 @@ Json LoadObject(const LoadState& load) {
                {{"rows", load.rows}, {"of", load.of}, {"elapsed_ns", load.elapsed}, {"over", load.is_over}});
 }
 
+Json TablesObject(const TablesState& state) {
+  Json object = Typed("tables", {{"verb", state.verb}, {"tables", state.tables}, {"of", state.of}});
+  if (state.rows) object["rows_removed"] = *state.rows;
+  object["elapsed_ns"] = state.elapsed;
+  object["over"] = state.is_over;
+  return object;
+}
+
 Json IntervalObject(const Progress& progress) {
   Json object = Typed("interval", IntervalJson(progress.interval));
   for (std::size_t i = 0; i < progress.part.xacts.size(); ++i) {

@@ -14,6 +14,7 @@ inline constexpr int kStreamSchemaVersion = 1;
 // What is known before the work: verb, start, target and seeds.
 Json BeginObject(const RunFacts& facts);
 Json LoadObject(const LoadState& load);
+Json TablesObject(const TablesState& state);
 Json IntervalObject(const Progress& progress);
 Json PhaseObject(const PhaseRecord& phase);
 Json EventObject(const Event& event);

@@ -12,6 +12,7 @@ class StreamView final : public RunView {
   explicit StreamView(Console& console) : m_console(console) {}
 
   void OnLoad(const LoadState& load) override;
+  void OnTables(const TablesState& state) override;
   void OnInterval(const Progress& progress) override;
   void OnPhaseEnd(const PhaseRecord& phase) override;
   void OnEvent(const Event& event) override;

@@ -32,6 +32,24 @@ TEST(ProgressText, ABeginAndAnEndAreWhole) {
   EXPECT_EQ(Bar({4000, 4000, kSecond}, 40), "load [################] 100 %  0:00 left");
 }
 
+std::string Status(const TablesState& state, std::size_t columns) {
+  return TextOf(TablesStatus(state)(columns));
+}
+
+TEST(ProgressText, AVerbOfTablesTellsThemItsTimeAndWhatIsLeft) {
+  const TablesState state{.verb = "create", .tables = 5, .of = 20, .rows = {}, .elapsed = 10 * kSecond};
+  EXPECT_EQ(TablesLine(state), "create: 5 of 20 tables, 0:10");
+  EXPECT_EQ(Status(state, 80), "create  5 of 20 tables  0:10  0:30 left");
+  EXPECT_EQ(Status(state, 34), "create  5 of 20 tables  0:30 left");
+}
+
+TEST(ProgressText, ARefreshTellsTheRowsThatAreGone) {
+  const TablesState state{.verb = "refresh", .of = 2, .rows = 4000, .elapsed = kSecond};
+  EXPECT_EQ(TablesLine(state), "refresh: 0 of 2 tables, 4,000 rows removed, 0:01");
+  EXPECT_EQ(Status(state, 80), "refresh  0 of 2 tables  4,000 rows removed  0:01");
+  EXPECT_EQ(Status(state, 46), "refresh  0 of 2 tables  0:01");
+}
+
 TEST(ProgressText, AClockShowsHoursWhereThereAreSome) {
   EXPECT_EQ(ClockText(0), "0:00");
   EXPECT_EQ(ClockText(6'500'000'000), "0:07");

@@ -22,6 +22,15 @@ TEST(StreamObjects, ALoadTellsItsRows) {
             R"({"type":"load","rows":500,"of":2000,"elapsed_ns":7,"over":false})");
 }
 
+TEST(StreamObjects, AVerbOfTablesTellsThemAndTheRowsWhereItRemovesSome) {
+  EXPECT_EQ(
+      LineOf(TablesObject({.verb = "drop", .tables = 1, .of = 2, .rows = {}, .elapsed = 7, .is_over = true})),
+      R"({"type":"tables","verb":"drop","tables":1,"of":2,"elapsed_ns":7,"over":true})");
+  EXPECT_EQ(
+      LineOf(TablesObject({.verb = "refresh", .of = 2, .rows = 9})),
+      R"({"type":"tables","verb":"refresh","tables":0,"of":2,"rows_removed":9,"elapsed_ns":0,"over":false})");
+}
+
 TEST(StreamObjects, AnErrorHasItsClassNumberAndCount) {
   EXPECT_EQ(
       LineOf(ErrorObject({ErrorClass::kDeadlock, 60, 2, 10, 20, "deadlock detected"})),

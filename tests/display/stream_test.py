@@ -66,7 +66,7 @@ class StreamTest(unittest.TestCase):
             of.setdefault(each["type"], []).append(each)
         self.assertEqual(objects[0]["type"], "begin")
         self.assertEqual(objects[-1]["type"], "end")
-        self.assertEqual(set(of), {"begin", "load", "event", "interval", "phase", "end"})
+        self.assertEqual(set(of), {"begin", "tables", "load", "event", "interval", "phase", "end"})
 
         begin, = of["begin"]
         for key in ("lkbench", "verb", "started", "target", "seeds"):
@@ -96,6 +96,23 @@ class StreamTest(unittest.TestCase):
         self.assertEqual(end["results"], "out")
         self.assertEqual(end["workload"]["measured"]["total"]["executions"],
                          sum(each["total"]["executions"] for each in of["interval"] if not each["warm_up"]))
+
+    def tables(self, *arguments):
+        """The first and the last that a verb tells of its tables."""
+        told = [each for each in self.stream(*arguments)[0] if each["type"] == "tables"]
+        for each in told:
+            each.pop("elapsed_ns")
+        return told[0], told[-1]
+
+    def test_create_refresh_and_drop_tell_of_their_tables(self):
+        def state(verb, tables, over, **rows):
+            return {"type": "tables", "verb": verb, "tables": tables, "of": 3, **rows, "over": over}
+
+        self.assertEqual(self.tables("create", "--tables", "3"), (state("create", 0, False), state("create", 3, True)))
+        self.stream("load", "--scale", "0.2")
+        self.assertEqual(self.tables("refresh", "--scale", "0.1", "--users", "2"),
+                         (state("refresh", 0, False, rows_removed=0), state("refresh", 3, True, rows_removed=300)))
+        self.assertEqual(self.tables("drop"), (state("drop", 0, False), state("drop", 3, True)))
 
     def test_the_log_has_the_text_that_is_not_printed(self):
         self.prepare()

@@ -125,6 +125,17 @@ class TerminalTest(unittest.TestCase):
     def test_a_run_fits_200_columns(self):
         self.run_is_shown(200)
 
+    def test_a_create_tells_of_its_tables(self):
+        terminal = self.terminal(60)
+        with open(os.path.join(self.folder, "go"), "w", encoding="utf-8") as file:
+            file.write("exec lkbench create --tables 5000 --target local:db\n")
+        terminal.start("sh go")
+        working = terminal.wait_for(
+            lambda lines: re.search(r"^create  [\d,]+ of 5,000 tables  \d+:\d\d  \d+:\d\d left$", lines[-1]), "a status")
+        self.expect_fitting(terminal, working)
+        terminal.keys("C-c")
+        self.expect_clean_end(terminal, terminal.wait_for_prompt())
+
     def start_workload(self, terminal, *arguments):
         subprocess.run([PROGRAM, "create", "--tables", "1", "--target", "local:" + self.folder + "/db"], check=True,
                        capture_output=True)

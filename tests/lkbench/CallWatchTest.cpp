@@ -66,6 +66,23 @@ TEST_F(CallWatchTest, ALaterWorkOfAThreadTakesThePlaceOfTheOneBeforeWhileItLives
   EXPECT_EQ(m_calls.BreakBegunBefore(Soon()).at(0).doing, "committing");
 }
 
+TEST_F(CallWatchTest, ATableIsDoneWhenItsThreadHasGoneOnOrEnded) {
+  const auto execute = [this](const char* text, std::uint64_t rows) {
+    NoteCallText(&m_statement, text);
+    NoteCallDone(&m_statement, rows);
+    return m_calls.Done().tables;
+  };
+  {
+    const CallWatch::Work work(m_calls, m_users.Driver(0), "user 1");
+    EXPECT_EQ(execute("DELETE FROM LK_REP_TABLE1", 5), 0u);
+    EXPECT_EQ(execute("DELETE FROM LK_REP_TABLE1", 2), 0u);
+    EXPECT_EQ(execute("CREATE INDEX I", 9), 0u);
+    EXPECT_EQ(execute("DELETE FROM LK_REP_TABLE3", 1), 1u);
+  }
+  EXPECT_EQ(m_calls.Done().tables, 2u);
+  EXPECT_EQ(m_calls.Done().rows, 8u);
+}
+
 // Runs a verb; what hangs lasts as long as the process.
 class VerbThreadTest : public testing::Test {
  protected:
