@@ -30,8 +30,7 @@ def run(bench):
         unit="statement", goals=goals, settings=settings, contestants=contestants, turns=turns,
         notes=[f"A statement is a request to the server. A transaction of lkbench makes several ({counted}: describe, ID, "
                "the row, commit), one of sysbench's scripts makes one, which commits by itself. So a transaction of "
-               "lkbench costs its statements times what the table says. The processor time is that of the whole process, "
-               "from its start to its end.", workload.NOTE])
+               "lkbench costs its statements times what the table says.", workload.NOTE])
 
 
 def _users(users):
