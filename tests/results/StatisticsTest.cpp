@@ -94,7 +94,8 @@ TEST(Compare, ClaimsADifferenceWhereThereIsNoneInAboutFiveOfAHundredRuns) {
   for (const double memory : {0.0, 0.3, 0.5, 0.7, 0.9}) {
     for (const size_t count : {20, 60, 300})
       EXPECT_LE(Claimed(count, memory, 0), 0.075) << count << " values, memory " << memory;
-    EXPECT_LE(Claimed(10, memory, 0), 0.09) << "memory " << memory;  // the memory of so few can only be guessed
+    EXPECT_LE(Claimed(10, memory, 0), 0.09)
+        << "memory " << memory;  // the memory of so few can only be guessed
   }
 }
 
