@@ -42,8 +42,8 @@ void NoteBegin(Bench& bench, bool is_new, int first) {
 void MakeObjects(Bench& bench, bool is_new) {
   const CBenchmarkProperties properties = PropertiesOf(bench.job);
   {
-    const auto tables = static_cast<std::size_t>(bench.job.tables - FirstTable(bench.job) + 1);
-    const TablesProgress progress(bench, "create", tables);
+    const int tables = bench.job.tables - FirstTable(bench.job) + 1;
+    const TablesProgress progress(bench, "create", static_cast<std::size_t>(tables));
     bench.RunObject(Role::kCreateTables, properties, [&] { progress.Tick(); });
   }
   if (is_new) {

@@ -27,7 +27,7 @@ enum : std::uint8_t { kFlag = 1, kWidth = 2, kLength = 4, kConversion = 8 };
 constexpr std::array<std::uint8_t, 128> kRoles = [] {
   std::array<std::uint8_t, 128> roles{};
   const auto add = [&roles](std::string_view characters, std::uint8_t role) {
-    for (const char c : characters) roles[static_cast<size_t>(c)] |= role;
+    for (const char c : characters) roles[static_cast<unsigned char>(c)] |= role;
   };
   add("-+#0 ", kFlag);
   add("0123456789.", kWidth);
@@ -37,7 +37,7 @@ constexpr std::array<std::uint8_t, 128> kRoles = [] {
 }();
 
 constexpr bool IsA(wchar_t c, std::uint8_t role) {
-  const auto code = static_cast<std::uint32_t>(c);
+  const auto code = static_cast<char32_t>(c);
   return code < kRoles.size() && (kRoles[code] & role) != 0;
 }
 
@@ -47,11 +47,14 @@ size_t SpanOf(std::wstring_view text, std::uint8_t role) {
   return nSpan;
 }
 
-constexpr bool IsOneOf(wchar_t c, std::string_view characters) {
-  for (const char other : characters)
-    if (static_cast<wchar_t>(other) == c) return true;
+constexpr bool IsOneOf(wchar_t c, std::wstring_view characters) {
+  for (const wchar_t other : characters)
+    if (other == c) return true;
   return false;
 }
+
+constexpr std::wstring_view kWhole = L"diuoxX";
+constexpr std::wstring_view kReal = L"fFeEgGaA";
 
 std::wstring_view LengthAt(std::wstring_view text) {
   if (text.empty() || !IsA(text[0], kLength)) return {};
@@ -81,11 +84,11 @@ bool Fits(const Specifier& specifier, LKFormatClass eClass) {
   const wchar_t c = specifier.conversion;
   switch (eClass) {
     case LKFormatClass::Int:
-      return c == L'c' || (IsOneOf(c, "diuoxX") && IsShort(specifier.length));
+      return c == L'c' || (IsOneOf(c, kWhole) && IsShort(specifier.length));
     case LKFormatClass::Long:
-      return IsOneOf(c, "diuoxX") && !IsShort(specifier.length);
+      return IsOneOf(c, kWhole) && !IsShort(specifier.length);
     case LKFormatClass::Double:
-      return IsOneOf(c, "fFeEgGaA");
+      return IsOneOf(c, kReal);
     case LKFormatClass::Text:
       return c == L's';
   }

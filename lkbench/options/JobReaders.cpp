@@ -117,9 +117,10 @@ void SetPassword(Job& job, const JobValue& value) {
 }
 
 std::string MixText(const Phase& phase) {
-  std::vector<std::string> weights;
-  for (const MixPart& part : kMixParts)
-    weights.push_back(std::string(part.name) + " = " + std::to_string(phase.mix.*part.weight));
+  std::vector<std::string> weights(kMixParts.size());
+  std::ranges::transform(kMixParts, weights.begin(), [&](const MixPart& part) {
+    return std::string(part.name) + " = " + std::to_string(phase.mix.*part.weight);
+  });
   return "{ " + Join(weights, ", ") + " }";
 }
 

@@ -3,6 +3,7 @@
 // it a member and a line there. Values; all functions are pure.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -28,8 +29,9 @@ inline constexpr std::array kMixParts = {MixPart{"insert", 131, &Mix::insert},
                                          MixPart{"delete", 151, &Mix::remove}};
 
 inline std::vector<std::string> MixNames() {
-  std::vector<std::string> names;
-  for (const MixPart& part : kMixParts) names.emplace_back(part.name);
+  std::vector<std::string> names(kMixParts.size());
+  std::ranges::transform(kMixParts, names.begin(),
+                         [](const MixPart& part) { return std::string(part.name); });
   return names;
 }
 
