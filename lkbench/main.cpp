@@ -7,8 +7,8 @@
 
 namespace {
 
-// What the caches of all threads may hold. The allocator's own 32 MiB cost a user of a workload 30 KiB more
-// and bring no more executions (64 users, `make bench ONLY=memory` and ONLY=users).
+// What the caches of all threads may hold. The allocator's own 32 MiB cost a user of a workload some 30 KiB
+// more (own memory of 16 and of 128 users, three runs each).
 void LimitThreadCaches() {
 #ifdef LKBENCH_TCMALLOC
   constexpr std::size_t kMost = std::size_t{8} << 20;
