@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lkbench/Histogram.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <functional>
-#include <new>
 
 namespace lkbench {
 namespace histogram {
@@ -29,18 +26,6 @@ std::uint64_t MiddleOf(std::size_t bucket) {
 }
 
 }  // namespace histogram
-
-namespace {
-
-constexpr std::size_t kBytes = histogram::kBuckets * sizeof(std::uint64_t);
-
-std::uint64_t* NewCounts() {
-  void* pages = mmap(nullptr, kBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (pages == MAP_FAILED) throw std::bad_alloc();
-  return static_cast<std::uint64_t*>(pages);
-}
-
-}  // namespace
 
 void HistogramData::Record(std::uint64_t nanoseconds) {
   ++m_counts[histogram::BucketOf(nanoseconds)];
@@ -75,22 +60,15 @@ std::uint64_t HistogramData::Percentile(double percent) const {
   return m_max;
 }
 
-Histogram::Histogram() : m_counts(NewCounts()) {}
-
-void Histogram::Free::operator()(std::uint64_t* counts) const { munmap(counts, kBytes); }
-
 void Histogram::Record(std::uint64_t nanoseconds) {
-  const auto raise = [](auto&& counter, std::uint64_t by) {
-    counter.store(counter.load(std::memory_order_relaxed) + by, std::memory_order_relaxed);
-  };
-  raise(std::atomic_ref(m_counts[histogram::BucketOf(nanoseconds)]), 1);
-  raise(m_sum, nanoseconds);
+  m_counts.Raise(histogram::BucketOf(nanoseconds));
+  m_sum.store(m_sum.load(std::memory_order_relaxed) + nanoseconds, std::memory_order_relaxed);
   if (nanoseconds > m_max.load(std::memory_order_relaxed))
     m_max.store(nanoseconds, std::memory_order_relaxed);
 }
 
 void Histogram::RecordShared(std::uint64_t nanoseconds) {
-  std::atomic_ref(m_counts[histogram::BucketOf(nanoseconds)]).fetch_add(1, std::memory_order_relaxed);
+  m_counts.RaiseShared(histogram::BucketOf(nanoseconds));
   m_sum.fetch_add(nanoseconds, std::memory_order_relaxed);
   std::uint64_t highest = m_max.load(std::memory_order_relaxed);
   while (nanoseconds > highest &&
@@ -99,15 +77,14 @@ void Histogram::RecordShared(std::uint64_t nanoseconds) {
 }
 
 void Histogram::Clear() {
-  for (std::size_t bucket = 0; bucket < histogram::kBuckets; ++bucket)
-    if (m_counts[bucket] != 0) m_counts[bucket] = 0;  // pages without a count stay untouched
+  m_counts.Clear();
   m_sum.store(0, std::memory_order_relaxed);
   m_max.store(0, std::memory_order_relaxed);
 }
 
 void Histogram::AddTo(HistogramData& data) const {
   for (std::size_t bucket = 0; bucket < histogram::kBuckets; ++bucket) {
-    const std::uint64_t count = std::atomic_ref(m_counts[bucket]).load(std::memory_order_relaxed);
+    const std::uint64_t count = m_counts.Get(bucket);
     data.m_counts[bucket] += count;
     data.m_count += count;
   }

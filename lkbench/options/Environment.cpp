@@ -8,6 +8,7 @@
 #include "lkbench/Failure.h"
 #include "lkbench/Text.h"
 #include "lkbench/options/Flags.h"
+#include "lkbench/options/PeerNames.h"
 
 namespace lkbench {
 namespace {
@@ -49,7 +50,7 @@ void RefuseUnknownVariables(const std::vector<Variable>& variables, const std::s
   for (const Variable& variable : variables) {
     if (std::ranges::count(known, variable.name) > 0 || password_source == "env:" + variable.name) continue;
     throw UsageError("environment: unknown variable " + Excerpt(variable.name) +
-                     DidYouMean(variable.name, known) +
+                     DidYouMeanKey(variable.name, known, VariableOfKey) +
                      " (every variable that begins with LKBENCH_ is a setting)");
   }
 }

@@ -35,9 +35,11 @@ std::string FlagOfKey(const std::string& name) {
   return flag;
 }
 
+std::string VariableOfKey(const std::string& name) { return "LKBENCH_" + Upper(name); }
+
 std::string KeyText::Flag() const { return FlagOfKey(name); }
 
-std::string KeyText::Variable() const { return "LKBENCH_" + Upper(name); }
+std::string KeyText::Variable() const { return VariableOfKey(name); }
 
 std::string AsFlagValue(const std::string& toml) {
   std::string text = toml;

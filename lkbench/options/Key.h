@@ -48,7 +48,8 @@ struct Key {
   char letter = 0;             // of the short flag
 };
 
-std::string FlagOfKey(const std::string& name);  // first_table as --first-table
+std::string FlagOfKey(const std::string& name);      // first_table as --first-table
+std::string VariableOfKey(const std::string& name);  // first_table as LKBENCH_FIRST_TABLE
 
 // The part of a key that does not depend on its owner.
 struct KeyText {

@@ -44,13 +44,14 @@ const std::vector<PeerName> kVerbs = {{{"prepare", "setup", "initialize", "build
                                       {{"new"}, {"init"}},
                                       {{"version"}, {"--version"}}};
 
-// "--Table-Size" is table_size; -t and -T stay two.
+// "--Table-Size" is table_size, and so is LKBENCH_TABLE_SIZE; -t and -T stay two.
 std::string Plain(std::string_view name) {
   name.remove_prefix(std::min(name.find_first_not_of('-'), name.size()));
   std::string plain(name);
   for (char& c : plain)
     c = c == '-' ? '_' : plain.size() > 1 && c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return plain;
+  constexpr std::string_view kVariable = "lkbench_";
+  return plain.starts_with(kVariable) ? plain.substr(kVariable.size()) : plain;
 }
 
 Names OursFor(const std::string& name, std::span<const PeerName> peers) {

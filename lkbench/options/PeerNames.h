@@ -18,8 +18,8 @@ struct PeerName {
 std::span<const PeerName> PeerKeys();  // a single letter is a flag, where case counts
 std::span<const PeerName> PeerVerbs();
 
-// ": did you mean "--users"?", or nothing. `name` is a flag or a key, `known` are those of lkbench, written
-// alike, and `spell` writes a key so (warm_up as --warm-up).
+// ": did you mean "--users"?", or nothing. `name` is a flag, a key or a variable, `known` are those of
+// lkbench, written alike, and `spell` writes a key so (warm_up as --warm-up).
 std::string DidYouMeanKey(std::string_view name, const std::vector<std::string>& known,
                           const std::function<std::string(const std::string&)>& spell);
 

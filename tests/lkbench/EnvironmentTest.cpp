@@ -88,6 +88,12 @@ TEST(Environment, AnUnknownVariableIsRefusedWithTheNearest) {
               StartsWith("environment: unknown variable LKBENCH_USER: did you mean \"LKBENCH_USERS\"?"));
 }
 
+TEST(Environment, AVariableNamedAsElsewhereLeadsToOurs) {
+  const SetVariable threads("LKBENCH_THREADS", "3");
+  EXPECT_THAT(Refusal({"run"}),
+              StartsWith("environment: unknown variable LKBENCH_THREADS: did you mean \"LKBENCH_USERS\"?"));
+}
+
 TEST(Environment, TheTableOfLkbenchsOwnIsNoVariable) {
   const SetVariable state("LKBENCH_STATE", "x");
   EXPECT_THAT(Refusal({"run"}), HasSubstr("unknown variable LKBENCH_STATE"));
