@@ -103,7 +103,8 @@ int CBind<T, SQLT>::AllocateArrays(size_t nWidth) {
 
 template <class T, int SQLT>
 int CBind<T, SQLT>::BindArrays(OCIStmt* pStmt, OCIError* pError, size_t nWidth) {
-  REP_ASSERT(pStmt != nullptr, "pStmt != __null");
+  REP_ASSERT_IN(pStmt != nullptr, "pStmt != __null", __FILE__, __LINE__,
+                "BindColumn");  // whose helper this is
   if (pStmt == nullptr) return 0;
   const auto nSize = static_cast<sb4>(nWidth);
   const sword nStatus =

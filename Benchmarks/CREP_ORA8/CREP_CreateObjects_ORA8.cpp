@@ -3,6 +3,8 @@
 
 #include "CREP_CreateObjects_ORA8.h"
 
+#include <algorithm>
+
 #include "OciCall.h"
 #include "SchemaRules.h"
 
@@ -41,7 +43,7 @@ void DrawColumns(const ColumnInfoArray& columns, int nTableIndex, ColumnInfoArra
   r.Seed(static_cast<unsigned int>(nTableIndex));
   const int nTotalWeight = GetTotalWeight(columns);
   ColumnInfoArray TotalDistributionArray;
-  TotalDistributionArray.SetSize(nTotalWeight);
+  TotalDistributionArray.SetSize(std::max(0, nTotalWeight));
   SpreadByWeight(columns, TotalDistributionArray);
   for (long nColumnNumber = 0; nColumnNumber < ColumnDistributionArray.GetCount(); ++nColumnNumber) {
     const int nRandomIndex = static_cast<int>(r.GetRandom(static_cast<unsigned int>(nTotalWeight)));
@@ -92,8 +94,10 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
   const CRepBenchmarkProperties& properties = m_BenchmarkProperties.GetRepBenchmarkProperties();
   const ColumnInfoArray* pColumnInforArray = properties.GetColumnInfo();
   REP_ASSERT_AT(pColumnInforArray, "pColumnInforArray", "CREP_CreateObjects_ORA8", 110, "BuildCreationSQL");
-  m_szSQL.Empty();
-  if (pColumnInforArray == nullptr || pColumnInforArray->IsEmpty()) return;
+  if (pColumnInforArray == nullptr || pColumnInforArray->IsEmpty()) {
+    m_szSQL.Empty();
+    return;
+  }
 
   // kept: the number of columns comes from the running stream, the types from the table number; a table that
   // is made again may have more or fewer columns, of the same types.
@@ -105,7 +109,7 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
                 "nTotalColumnNumber >= nMinColumnNumber && nTotalColumnNumber <= nMaxColumnNumber",
                 "CREP_CreateObjects_ORA8", 128, "BuildCreationSQL");
   ColumnInfoArray ColumnDistributionArray;
-  ColumnDistributionArray.SetSize(nTotalColumnNumber);
+  ColumnDistributionArray.SetSize(std::max(0, nTotalColumnNumber));
   DrawColumns(*pColumnInforArray, nTableIndex, ColumnDistributionArray);
 
   LKString szTableName;

@@ -90,35 +90,37 @@ LKString CXact_Update::BuildFragment(CColumn& column, IBind& bind, int nColumnIn
     szFragment.Format(L"ID=%lld,", m_nRowID);
     return szFragment;
   }
-  IDataGenerator* pGenerator = bind.GetDataGenerator();
-  return pGenerator == nullptr ? LKString() : BuildAssignment(column, *pGenerator, nColumnIndex);
+  return BuildAssignment(column, bind.GetDataGenerator(), nColumnIndex);
 }
 
-LKString CXact_Update::BuildAssignment(const CColumn& column, IDataGenerator& generator, int nColumnIndex) {
-  // kept: a NULL is written as what the generator holds then: an empty text or date, or the number before
+LKString CXact_Update::BuildAssignment(const CColumn& column, IDataGenerator* pGenerator, int nColumnIndex) {
   LKString szTemplate;
   LKString szFragment;
   szTemplate.Format(L"COLUMN%d", nColumnIndex);  // kept: the column's index, not its stored name
+  // kept: a NULL is written as what the generator holds then: an empty text or date, or the number before
+  const auto Fill = [&](const wchar_t* szEnd, auto ValueOf) {
+    szTemplate += szEnd;
+    if (pGenerator != nullptr) szFragment.Format(szTemplate, ValueOf(*pGenerator));
+  };
+  const auto Text = [](IDataGenerator& generator) { return static_cast<char*>(generator.GetValue()); };
+  const auto Number = [](IDataGenerator& generator) { return *static_cast<double*>(generator.GetValue()); };
   switch (column.GetDataType()) {
     case SQLT_CHR:
     case SQLT_AFC:
     case SQLT_AVC:
-      szTemplate += L"='%s',";
-      szFragment.Format(szTemplate, static_cast<char*>(generator.GetValue()));
+      Fill(L"='%s',", Text);
       break;
     case SQLT_NUM:
     case SQLT_INT:
     case SQLT_LNG:  // kept: LONG counts as a number here
-      szTemplate += L"=%f,";
-      szFragment.Format(szTemplate, *static_cast<double*>(generator.GetValue()));
+      Fill(L"=%f,", Number);
       break;
     case SQLT_DAT:
     case SQLT_TIMESTAMP:
       // kept: dashes in the mask, slashes in the value; the database takes either.
-      szTemplate += L"=TO_DATE('%s', 'YYYY-MM-DD HH24:MI:SS'),";
-      szFragment.Format(szTemplate, static_cast<char*>(generator.GetValue()));
+      Fill(L"=TO_DATE('%s', 'YYYY-MM-DD HH24:MI:SS'),", Text);
       break;
-    default:
+    default:  // also without a generator
       REP_ASSERT_AT(false, "0", "Xact_Update", 216, "BuildSQL");
   }
   return szFragment;

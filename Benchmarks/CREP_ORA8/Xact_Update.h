@@ -43,6 +43,6 @@ class CXact_Update : public CXact {
  private:
   void ChooseRow();
   LKString BuildFragment(CColumn& column, IBind& bind, int nColumnIndex);
-  LKString BuildAssignment(const CColumn& column, IDataGenerator& generator, int nColumnIndex);
+  LKString BuildAssignment(const CColumn& column, IDataGenerator* pGenerator, int nColumnIndex);
   int RunUpdate(COracle8Driver* pDriver, ub4& nEffectRows);
 };

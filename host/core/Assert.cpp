@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace {
@@ -52,9 +53,9 @@ LKAssertSink LKSetAssertSink(LKAssertSink sink) {
 }
 
 LKString LKAssertionText(const LKAssertion& assertion) {
-  LKString text;
-  text.Format(L"%s:%d: %s: assertion failed: %s", assertion.m_szFile, assertion.m_nLine,
-              assertion.m_szFunction, assertion.m_szCondition);
+  // Not by Format, which may be what reports: the locks of the two would wait for each other.
+  LKString text = assertion.m_szFile + L":" + std::to_wstring(assertion.m_nLine).c_str() + L": " +
+                  assertion.m_szFunction + L": assertion failed: " + assertion.m_szCondition;
   if (!assertion.m_szMessage.IsEmpty()) text = text + L" (" + assertion.m_szMessage + L")";
   return text;
 }

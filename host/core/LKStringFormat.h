@@ -67,7 +67,9 @@ template <class T>
 class FormatHelper {
  public:
   // Appends the piece, rendered with the value.
-  static void Format(const wchar_t* piece, T value, wxString& out) { out += Rendered(piece, value); }
+  static void Format(const wchar_t* piece, T value, wxString& out) {
+    out += Rendered(piece ? piece : L"", value);
+  }
 
   static std::wstring Rendered(std::wstring_view piece, const T& value) {
     std::wstring text;

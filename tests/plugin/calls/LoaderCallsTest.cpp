@@ -153,7 +153,7 @@ TEST_F(LoaderCalls, WithoutAnInsertAreReportedTwice) {
 TEST_F(LoaderCalls, OfABindWithoutAStatementAreNone) {
   IBind* pBind = m_pLoader->GetBindArray()[0];
   EXPECT_THAT(m_journal.Run([&] { return pBind->BindColumn(nullptr, m_driver.GetOCIError()); }),
-              ElementsAre(AssertIn("Bind.h", "BindArrays", "pStmt != __null"), "returned 0"));
+              ElementsAre(AssertIn("Bind.h", "BindColumn", "pStmt != __null"), "returned 0"));
 }
 
 }  // namespace

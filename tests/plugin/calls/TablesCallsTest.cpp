@@ -121,6 +121,16 @@ TEST_F(CreateTablesCalls, ThatThrowForWeightsOfZeroFreeTheHandle) {
   EXPECT_THAT(m_journal.All(), ElementsAre(kAlloc, kStart, kFree));
 }
 
+// kept: what the host shows as run is the text of the last table built, until the next one is.
+TEST_F(CreateTablesCalls, ThatThrowLeaveTheTextOfTheTableBefore) {
+  Run();
+  const LKString szLast = m_xact.GetExecuteSQL();
+  ASSERT_FALSE(szLast.IsEmpty());
+  SetColumns({Column(L"NUMBER", 0, false)});
+  EXPECT_THROW(Run(), std::out_of_range);
+  EXPECT_EQ(m_xact.GetExecuteSQL(), szLast);
+}
+
 std::string Drop(int nTable) { return Prepare("DROP TABLE LK_REP_TABLE" + std::to_string(nTable)); }
 const std::string kReadError = "OCIErrorGet(err#1, 1, null, 1024, 2)";
 const std::string kDropBackup1 = "DropBackupTable(LK_REP_TABLE1)";
