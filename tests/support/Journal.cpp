@@ -60,6 +60,13 @@ void Journal::NoteAlways(const std::string& event) {
   if (journal != nullptr) journal->Add(event);
 }
 
+void Journal::NoteIgnoreList() {
+  Journal* journal = g_journal;
+  if (journal == nullptr) return;
+  const std::lock_guard lock(journal->m_mutex);
+  journal->AddIgnoreListChanges();
+}
+
 void Journal::Add(const std::string& event) {
   const std::lock_guard lock(m_mutex);
   AddIgnoreListChanges();

@@ -6,7 +6,7 @@
 //   HandleError(65541, err#1, 0, 0)  HandleError(5, err#1, "text", 0, 0)      statuses as they were passed
 //   reported ERROR 942           a report of the driver's own went to the chain: level and number
 //   HandleErrorMsg("text")  HandleInfoMsg("text")  HandleWarningMsg("text")   ", 1" when always to display
-//   AddIgnoreError(942)  RemoveIgnoreError(942)   several of them between two other events in code order
+//   AddIgnoreError(942)  RemoveIgnoreError(942)   adds between two other events in order of their numbers
 //   PrepareStatement("text", 0)  DropBackupTable(LK_REP_TABLE1)  ...          the driver's operations
 //   assert FILE:LINE FUNCTION: CONDITION   debug FILE:LINE FUNCTION: MESSAGE  with an Assert-, a LogRecorder
 //   returned 1                   what Run adds at its end
@@ -48,6 +48,8 @@ class Journal {
   // Into the journal that listens, if there is one: unless this thread is quiet, or whatever it is.
   static void Note(const std::string& event);
   static void NoteAlways(const std::string& event);
+  // What changed in the list of ignored errors since the last event.
+  static void NoteIgnoreList();
 
  private:
   void Add(const std::string& event);

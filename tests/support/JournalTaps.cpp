@@ -13,6 +13,7 @@
 #include "core/Timer.h"
 #include "oracle8/Oracle8Driver.h"
 
+using scripted::IsQuiet;
 using scripted::Journal;
 using scripted::Name;
 using scripted::Quiet;
@@ -60,6 +61,11 @@ int CTimer::Read() const {
 void CTimer::Reset() {
   Journal::Note("Reset()");
   CallNext<void>("_ZN6CTimer5ResetEv", this);
+}
+
+void CDriverBase::RemoveIgnoreError(int nCode) {
+  CallNext<void>("_ZN11CDriverBase17RemoveIgnoreErrorEi", this, nCode);
+  if (!IsQuiet()) Journal::NoteIgnoreList();
 }
 
 int COracle8Driver::HandleError(int nStatus, OCIError* pError, int nReserved1, int nReserved2) {

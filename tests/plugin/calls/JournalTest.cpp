@@ -53,6 +53,14 @@ TEST_F(AJournal, HoldsEachChangeOfTheListOfIgnoredErrorsBeforeTheNextEvent) {
                                            "RemoveIgnoreError(1)"));
 }
 
+TEST_F(AJournal, HoldsRemovalsFromTheListOfIgnoredErrorsInTheirOrder) {
+  for (const int nCode : {1, 2, 3}) m_driver.AddIgnoreError(nCode);
+  m_journal.Clear();
+  for (const int nCode : {2, 3, 1}) m_driver.RemoveIgnoreError(nCode);
+  EXPECT_THAT(m_journal.All(),
+              ElementsAre("RemoveIgnoreError(2)", "RemoveIgnoreError(3)", "RemoveIgnoreError(1)"));
+}
+
 TEST_F(AJournal, HoldsDebugLinesOfALogRecorder) {
   LogRecorder log;
   wxLogger(wxLOG_Debug, "File.cpp", 12, "Execute", wxLOG_COMPONENT).Log("line");

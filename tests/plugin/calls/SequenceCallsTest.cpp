@@ -80,9 +80,10 @@ const std::string kPrepareDrop = "PrepareStatement(\"DROP SEQUENCE LK_REP_ID_SEQ
 const std::string kExecuteDrop = "ExecuteStatement(0)";
 const std::string kClose = "CloseStatement()";
 
-// The list of ignored errors is compared between two calls, so numbers put on it together are in their order.
+// The list of ignored errors is compared between two calls and after each removal, so numbers put on it
+// together are in the order of the numbers.
 const Events kIgnore = {"AddIgnoreError(942)", "AddIgnoreError(2289)", "AddIgnoreError(4043)"};
-const Events kReportAgain = {"RemoveIgnoreError(942)", "RemoveIgnoreError(2289)", "RemoveIgnoreError(4043)"};
+const Events kReportAgain = {"RemoveIgnoreError(942)", "RemoveIgnoreError(4043)", "RemoveIgnoreError(2289)"};
 
 // A drop with these events in its middle. kept: through the driver's own statement, and no timer.
 Events Dropping(const Events& statement, const std::string& returned = kFails) {
