@@ -59,6 +59,17 @@ TEST_F(SequenceGenerator, ANullLeavesTheValueAndThePositionAsTheyAre) {
   EXPECT_LT(fLast, 1000);
 }
 
+TEST_F(SequenceGenerator, DrawsOnceARowForNullWhenItIsAllowed) {
+  CSequenceGenerator generator;
+  Attach(generator, true);
+  for (int i = 0; i < 1000; ++i) {
+    int nLen = 0;
+    generator.GenerateData(&nLen);
+    ASSERT_EQ(nLen, m_twin.UnifInt(1, 100) < 6 ? -1 : 8);
+  }
+  EXPECT_TRUE(StreamsAreAtTheSamePlace());
+}
+
 TEST_F(SequenceGenerator, GetValueIsTheStorageOfTheLastValue) {
   CSequenceGenerator generator;
   Attach(generator, false);
@@ -87,6 +98,29 @@ TEST_F(StrGenerator, DrawsTheTextOnly) {
     ASSERT_EQ(Text(generator), expected);
   }
   EXPECT_TRUE(StreamsAreAtTheSamePlace());
+}
+
+TEST_F(StrGenerator, DrawsForNullFirstAndThenTheTextOfARowThatIsNotNull) {
+  CStrGenerator generator(40);
+  Attach(generator, true);
+  for (int i = 0; i < 1000; ++i) {
+    std::string expected;
+    const bool bNull = m_twin.UnifInt(1, 100) < 6;
+    if (!bNull) m_twin.MakeAlphaString(1, 40, expected);
+    int nLen = 0;
+    const auto* szText = static_cast<const char*>(generator.GenerateData(&nLen));
+    ASSERT_EQ(nLen, bNull ? -1 : static_cast<int>(expected.size()));
+    ASSERT_EQ(szText, expected);
+  }
+  EXPECT_TRUE(StreamsAreAtTheSamePlace());
+}
+
+TEST_F(StrGenerator, MakesItsTextAlsoWhenNobodyAsksForTheLength) {
+  CStrGenerator generator(40);
+  Attach(generator, false);
+  std::string expected;
+  m_twin.MakeAlphaString(1, 40, expected);
+  EXPECT_EQ(static_cast<const char*>(generator.GenerateData(nullptr)), expected);
 }
 
 TEST_F(StrGenerator, OfSizeOneMakesSingleLetters) {
@@ -216,6 +250,15 @@ TEST_F(DateGenerator, DrawsTwiceForNullWhenItIsAllowedAndTheSecondCounts) {
     }
   }
   EXPECT_TRUE(StreamsAreAtTheSamePlace());
+}
+
+TEST_F(DateGenerator, MakesItsTextAlsoWhenNobodyAsksForTheLength) {
+  CDateGenerator generator;
+  CDateGenerator twin;
+  Attach(generator, false);
+  twin.SetAllowNull(false);
+  twin.SetRandGen(&m_twin);
+  EXPECT_EQ(static_cast<const char*>(generator.GenerateData(nullptr)), Text(twin));
 }
 
 TEST_F(DateGenerator, GetValueIsTheLastText) {

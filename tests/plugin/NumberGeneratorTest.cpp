@@ -119,6 +119,30 @@ TEST_F(NumberGenerator, ValuesAreNotRoundedToTheScale) {
   EXPECT_GT(nFractions, 90);
 }
 
+TEST_F(NumberGenerator, DrawsForNullFirstAndThenTheNumberOfARowThatIsNotNull) {
+  CNumberGenerator decimal(10, 2);
+  CNumberGenerator integer(0, 129);
+  Attach(decimal, true);
+  Attach(integer, true);
+  double fDecimal = 0;
+  double fInteger = 0;
+  for (int i = 0; i < 1000; ++i) {
+    int nLen = 0;
+    const void* pDecimal = decimal.GenerateData(&nLen);
+    const bool bNoDecimal = m_twin.UnifInt(1, 100) < 6;
+    if (!bNoDecimal) fDecimal = m_twin.UnifReal(0.0, 99999999.0);
+    ASSERT_EQ(nLen, bNoDecimal ? -1 : 8);
+    ASSERT_EQ(*static_cast<const double*>(pDecimal), fDecimal);
+
+    const void* pInteger = integer.GenerateData(&nLen);
+    const bool bNoInteger = m_twin.UnifInt(1, 100) < 6;
+    if (!bNoInteger) fInteger = static_cast<double>(m_twin.UnifInt(1, 2147483647));
+    ASSERT_EQ(nLen, bNoInteger ? -1 : 8);
+    ASSERT_EQ(*static_cast<const double*>(pInteger), fInteger);
+  }
+  EXPECT_TRUE(StreamsAreAtTheSamePlace());
+}
+
 TEST_F(NumberGenerator, ANullLeavesTheValueAsItIs) {
   CNumberGenerator generator(10, 2);
   Attach(generator, true);

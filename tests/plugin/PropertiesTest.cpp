@@ -61,6 +61,16 @@ TEST_F(CreateProperties, TheScaleIsRecordedTruncated) {
   m_properties.SetScale(2.9);
   EXPECT_EQ(Run(), 1);
   EXPECT_EQ(Oci().ExecutedSql().back(), Block(ValueRows("2")));
+  m_properties.SetScale(-2.9);
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(Oci().ExecutedSql().back(), Block(ValueRows("-2")));
+}
+
+TEST_F(CreateProperties, ATypeIsWrittenAsItIsGiven) {
+  SetColumns({Column(L"NUMBER(10,2)", 1, false), Column(L"CHAR(%d)", 2, true)});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(Oci().ExecutedSql().back(), Block(ValueRows("3") + Row("Column Structure", "NUMBER(10,2)@1@0") +
+                                              Row("Column Structure", "CHAR(%d)@2@1")));
 }
 
 TEST_F(CreateProperties, AMissingColumnTypeEndsTheStructureRowsAndTheRestIsWritten) {

@@ -146,6 +146,13 @@ TEST_F(RefreshTable, AUserAboveTheNumberOfTablesIsReportedAndNamesItsTableAllThe
                           "nTableID >= 1 && nTableID <= nNumberOfTables"));
 }
 
+TEST_F(RefreshTable, AUserZeroIsReportedForItsFirstTableOnly) {
+  SetTables(3);
+  EXPECT_EQ(Prepare1(0, 2), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE0", "LK_REP_TABLE2"));
+  EXPECT_THAT(m_asserts.Conditions(), ElementsAre("nTableID >= 1 && nTableID <= nNumberOfTables"));
+}
+
 TEST_F(RefreshTable, InBackupModeOnlyBackupCopiesAreRefreshedAndTablesWithoutOneSkipped) {
   SetTables(3);
   m_properties.SetCreateUseBackup(true);
@@ -167,6 +174,29 @@ TEST_F(RefreshTable, BackupModeNeedsBothTheSettingAndAPositiveSelector) {
   EXPECT_EQ(Prepare1(), 1);
   EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1"));
   EXPECT_THAT(m_driver.m_operations, IsEmpty());
+}
+
+TEST_F(RefreshTable, ANegativeSelectorTakesTheTablesThemselves) {
+  m_driver.m_backups = {"LK_REP_TABLE1"};
+  m_properties.SetCreateUseBackup(true);
+  m_properties.SetIntAttribute2(-1);
+  EXPECT_EQ(Prepare1(), 1);
+  EXPECT_THAT(Tables(), ElementsAre("LK_REP_TABLE1"));
+  EXPECT_THAT(m_driver.m_operations, IsEmpty());
+}
+
+TEST_F(RefreshTable, TheTextAndTheTableOfTheLastStepStay) {
+  SetTables(2);
+  SetScales(0, 1);
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(m_xact.m_strSQL.ToChar(), "TRUNCATE TABLE LK_REP_TABLE2");
+  EXPECT_EQ(m_xact.m_strTableName.ToChar(), "LK_REP_TABLE2");
+  SetTables(1);
+  SetScales(1, 1);
+  Oci().RowCounts("DELETE", {0});
+  EXPECT_EQ(Run(), 1);
+  EXPECT_EQ(m_xact.m_strSQL.ToChar(), DeleteSql("LK_REP_TABLE1", "1000"));
+  EXPECT_EQ(m_xact.m_strTableName.ToChar(), "LK_REP_TABLE1");
 }
 
 TEST_F(RefreshTable, TheDestructorDoesNotFreeTheHandle) {

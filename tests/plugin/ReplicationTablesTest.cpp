@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The generated tables: the texts that create and drop them.
+#include <stdexcept>
+
 #include "Benchmarks/CREP_ORA8/CREP_CreateObjects_ORA8.h"
 #include "Benchmarks/CREP_ORA8/CREP_DeleteObjects_ORA8.h"
 #include "SchemaFixture.h"
@@ -69,6 +71,25 @@ TEST_F(CreateTables, TheColumnCountIsDrawnWithinItsBoundsFromTheRunningStream) {
   for (int nDraw = 0; nDraw < 100; ++nDraw) counts.insert(Count(Build(1), "Column"));
   EXPECT_THAT(counts, ElementsAre(2, 3, 4, 5));
   EXPECT_THAT(m_asserts.Texts(), IsEmpty());
+}
+
+TEST_F(CreateTables, EachTableTakesOneDrawFromTheRunningStreamAndItsTypesNone) {
+  SetTables(20);
+  SetColumns({Column(L"NUMBER", 2, false), Column(L"DATE", 3, true)});
+  SetColumnNumbers(2, 50);
+  m_xact.GetRandomGenerator().Seed(11);
+  CRandom twin;
+  twin.Seed(11);
+  EXPECT_EQ(Run(), 1);
+  std::vector<size_t> counts;
+  std::vector<size_t> draws;
+  for (const std::string& sql : Oci().ExecutedSql()) {
+    counts.push_back(Count(sql, "Column"));
+    draws.push_back(static_cast<size_t>(twin.GetRandom(2, 50)));
+  }
+  EXPECT_EQ(counts.size(), 20u);
+  EXPECT_EQ(counts, draws);
+  EXPECT_EQ(m_xact.GetRandomGenerator().GetRandom(1, 1000000000), twin.GetRandom(1, 1000000000));
 }
 
 TEST_F(CreateTables, ASingleTypeIsEveryColumnsTypeWhateverTheSeed) {
@@ -143,6 +164,18 @@ TEST_F(CreateTables, NoColumnsLeaveATextThatTheDatabaseRejects) {
   EXPECT_EQ(Run(), 0);
   EXPECT_THAT(Oci().ExecutedSql(), ElementsAre(sql));
   EXPECT_THAT(m_reports.Reports(), ElementsAre(HasSubstr("ORA-00904")));
+}
+
+TEST_F(CreateTables, ANegativeNumberOfColumnsIsNone) {
+  SetColumnNumbers(-1, -1);
+  EXPECT_EQ(Build(1), "CREATE TABLE LK_REP_TABLE1 (ID NUMBER NOT NULL,");
+}
+
+TEST_F(CreateTables, NegativeWeightsEndInTheExceptionOfTheArray) {
+  SetColumns({Column(L"NUMBER", -1, false)});
+  EXPECT_THROW(Build(1), std::out_of_range);
+  SetColumns({Column(L"NUMBER", -1, false), Column(L"DATE", 3, true)});
+  EXPECT_THROW(Build(1), std::out_of_range);
 }
 
 TEST_F(CreateTables, WithoutDefinitionsTheTextIsEmptyAndAnAssertionReports) {

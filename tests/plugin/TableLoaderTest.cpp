@@ -21,6 +21,7 @@ using scripted::IdColumn;
 using scripted::NumberColumn;
 using scripted::Oci;
 using scripted::TextColumn;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 class TableLoader : public scripted::ConnectedDriver<> {
@@ -128,6 +129,18 @@ TEST_F(TableLoader, TheStartingRowReachesEveryGeneratorButTheKeys) {
   const IDataGenerator* pKey = loader.GetBindArray()[0]->GetDataGenerator();
   EXPECT_EQ(pKey->m_nStartingRow, 0);
   EXPECT_EQ(pKey->m_pRandGen, nullptr);
+}
+
+TEST_F(TableLoader, AScaleOfMinus127IsDescribedAsAnIntegerARealOrAFloat) {
+  CTableLoader& loader = Loader({IdColumn(), NumberColumn("COLUMN1", 0, -127),
+                                 NumberColumn("COLUMN2", 63, -127), NumberColumn("COLUMN3", 126, -127)},
+                                5);
+  const auto typeOf = [&](long nBind) {
+    return dynamic_cast<CNumberGenerator*>(loader.GetBindArray()[nBind]->GetDataGenerator())->GetTypeCode();
+  };
+  EXPECT_EQ(typeOf(1), CNumberGenerator::eInt);
+  EXPECT_EQ(typeOf(2), CNumberGenerator::eReal);
+  EXPECT_EQ(typeOf(3), CNumberGenerator::eFloat);
 }
 
 TEST_F(TableLoader, TheTotalIsNotedOnly) {
@@ -279,6 +292,16 @@ TEST_F(TableLoader, RowsFillTheArrayFromItsStartAfterEachBatch) {
   EXPECT_EQ(loader.m_nNumberOfRows, 0);
   Fill(loader, 4, 4);
   EXPECT_EQ(loader.m_nRowIndex, 0);
+}
+
+TEST_F(TableLoader, MoreRowsThanTheArraysHoldBeginThemAgainAndCountOn) {
+  CTableLoader& loader = BoundLoader({IdColumn(), NumberColumn("COLUMN1", 5, 0)}, 3);
+  Fill(loader, 1, 4);
+  EXPECT_EQ(loader.m_nRowIndex, 0);
+  EXPECT_EQ(loader.m_nNumberOfRows, 4);
+  EXPECT_THAT(m_asserts.Conditions(), IsEmpty());
+  const auto* pKeys = dynamic_cast<CBind<double, SQLT_FLT>*>(loader.GetBindArray()[0]);
+  EXPECT_THAT(std::vector(pKeys->m_pData, pKeys->m_pData + 3), ElementsAre(4, 2, 3));
 }
 
 TEST_F(TableLoader, FewerBindsThanColumnsStillNameEveryColumn) {

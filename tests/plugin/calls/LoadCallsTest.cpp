@@ -10,6 +10,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const IdTable kTable1("LK_REP_TABLE1", 1);
+const Events kTimerRead = {"Read()"};  // a table of which nothing is loaded
+const Events kTwoRowsOfTheThirdSet = Loaded({kTable1.Started(" (set 3 of 3)"),
+                                             kTable1.Describe(),
+                                             kTable1.Bind(),
+                                             {kTable1.Batch(2), "Read()"},
+                                             kTable1.Free(),
+                                             kTable1.Completed("(set 3 of 3)")});
 
 TEST_F(LoadCalls, OfALifeWithoutBackupsAreTheInsertsOnly) {
   HaveIdTables(1);
@@ -72,6 +79,44 @@ TEST_F(LoadCalls, OfATableThatIsLoadedReadTheTimerOnly) {
   const auto pUser = ReadyUser(1, 1);
   EXPECT_EQ(Execute(*pUser), Events({"SetStartTime()", "Read()", "Read()", "Reset()", "returned 1"}));
   EXPECT_EQ(pUser->GetRowsProcessed(), 6);
+}
+
+TEST_F(LoadCalls, OfATableThatIsLoadedHigherReadTheTimerOnlyInEverySet) {
+  HaveIdTables(1);
+  m_properties.SetScale(1.0);
+  m_properties.SetLoadedMaxScale(1.5);
+  for (const int nUserID : {1, 2}) {
+    const auto pUser = ReadyUser(nUserID, 2);
+    EXPECT_EQ(Execute(*pUser), Loaded({kTimerRead})) << pUser->Set();
+    EXPECT_EQ(pUser->GetRowsProcessed(), 750) << pUser->Set();
+  }
+}
+
+TEST_F(LoadCalls, OfFewerRowsThanSetsAreTheInsertsOfTheLastSet) {
+  HaveIdTables(1);
+  m_properties.SetScale(0.002);
+  for (const int nUserID : {3, 1}) {
+    const auto pUser = ReadyUser(nUserID, 3);
+    EXPECT_EQ(Execute(*pUser), Loaded({kTimerRead})) << pUser->Set();
+    EXPECT_EQ(pUser->GetRowsProcessed(), 0) << pUser->Set();
+  }
+  EXPECT_EQ(Execute(*ReadyUser(2, 3)), kTwoRowsOfTheThirdSet);
+  EXPECT_EQ(InsertedIds("LK_REP_TABLE1"), Ids(1, 2));
+}
+
+TEST_F(LoadCalls, OfFewerNewRowsThanSetsCountTheRowsThatAreThereInTheOtherSets) {
+  HaveIdTables(1);
+  m_properties.SetScale(0.011);
+  m_properties.SetLoadedMaxScale(0.009);
+  for (const int nUserID : {3, 1}) {
+    const auto pUser = ReadyUser(nUserID, 3);
+    EXPECT_EQ(Execute(*pUser), Loaded({kTimerRead})) << pUser->Set();
+    EXPECT_EQ(pUser->GetRowsProcessed(), 3) << pUser->Set();
+  }
+  const auto pLast = ReadyUser(2, 3);
+  EXPECT_EQ(Execute(*pLast), kTwoRowsOfTheThirdSet);
+  EXPECT_EQ(pLast->GetRowsProcessed(), 2);
+  EXPECT_EQ(InsertedIds("LK_REP_TABLE1"), Ids(10, 11));
 }
 
 TEST_F(LoadCalls, WithoutTablesAreTheTimersOnly) {

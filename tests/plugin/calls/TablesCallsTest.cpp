@@ -4,6 +4,7 @@
 
 #include "Benchmarks/CREP_ORA8/CREP_CreateObjects_ORA8.h"
 #include "Benchmarks/CREP_ORA8/CREP_DeleteObjects_ORA8.h"
+#include "HostTaps.h"
 #include "SchemaCalls.h"
 
 namespace plugin_test {
@@ -119,6 +120,16 @@ TEST_F(CreateTablesCalls, ThatThrowForWeightsOfZeroFreeTheHandle) {
   SetColumns({Column(L"NUMBER", 0, false)});
   EXPECT_THROW(Run(), std::out_of_range);
   EXPECT_THAT(m_journal.All(), ElementsAre(kAlloc, kStart, kFree));
+}
+
+TEST_F(CreateTablesCalls, WithADrawAboveTheWeightsReportItAndThrow) {
+  const scripted::HostDraws draws(2);
+  EXPECT_THROW(Run(), std::out_of_range);
+  EXPECT_THAT(m_journal.All(),
+              ElementsAre(kAlloc, kStart,
+                          "assert Benchmarks/CREP_ORA8/CREP_CreateObjects_ORA8.cpp:157 BuildCreationSQL: "
+                          "nRandomIndex >-1 && nRandomIndex <nTotalWeight+1",
+                          kFree));
 }
 
 // kept: what the host shows as run is the text of the last table built, until the next one is.
