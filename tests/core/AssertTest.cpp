@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <wx/debug.h>
 
+#include <atomic>
+#include <latch>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -11,6 +13,26 @@
 namespace {
 
 void Fail() { wxOnAssert("Benchmarks/CREP_ORA8/Some.cpp", 62, "PreBenchmark", "n > 0", "none"); }
+
+// Says before each report that it is about to be made. One of its kind at a time.
+class ReportWatch {
+ public:
+  explicit ReportWatch(std::latch& reporting) {
+    s_pReporting = &reporting;
+    s_previous = wxSetAssertHandler([](const wxString& file, int nLine, const wxString& function,
+                                       const wxString& condition, const wxString& message) {
+      s_pReporting->count_down();
+      s_previous(file, nLine, function, condition, message);
+    });
+  }
+  ~ReportWatch() { wxSetAssertHandler(s_previous); }
+  ReportWatch(const ReportWatch&) = delete;
+  ReportWatch& operator=(const ReportWatch&) = delete;
+
+ private:
+  static inline std::latch* s_pReporting;
+  static inline wxAssertHandler_t s_previous;
+};
 
 }  // namespace
 
@@ -72,6 +94,30 @@ TEST(Assertion, FromManyThreadsArrivesOnceEach) {
     });
   threads.clear();
   EXPECT_EQ(assertions.All().size(), 400u);
+}
+
+// Were the text of an assertion made by Format, this test would wait for itself.
+TEST(Assertion, WithinAFormatDoesNotWaitForTheTextOfAnother) {
+  std::latch reporting(2);
+  std::latch inSink(1);
+  std::atomic<int> nTexts{0};
+  const LKAssertSink previous = LKSetAssertSink([&](const LKAssertion& assertion) {
+    if (nTexts == 0) {
+      inSink.count_down();
+      reporting.wait();  // until the other thread is on its way here, within its Format
+    }
+    if (!LKAssertionText(assertion).IsEmpty()) ++nTexts;
+  });
+  {
+    const ReportWatch watch(reporting);
+    const std::jthread first(Fail);
+    const std::jthread second([&] {
+      inSink.wait();
+      LKString().Format(L"%s %d", LKString(L"a"), LKString(L"b"));
+    });
+  }
+  LKSetAssertSink(previous);
+  EXPECT_EQ(nTexts, 2);
 }
 
 TEST(Assertion, WithoutAMessageNeedsNoBrackets) {

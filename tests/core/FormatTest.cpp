@@ -100,6 +100,26 @@ TEST(Format, TakesANullFormatAsEmpty) {
   EXPECT_EQ(Formatted(none, 1, 2), "old");
 }
 
+TEST(Format, OfAPieceAppendsToWhatIsThere) {
+  wxString number("x");
+  FormatHelper<int>::Format(L"a%d", 1, number);
+  EXPECT_EQ(number, "xa1");
+  wxString text("x");
+  FormatHelper<LKString>::Format(L"a%s", LKString(L"b"), text);
+  EXPECT_EQ(text, "xab");
+}
+
+TEST(Format, OfANullPieceAppendsNothing) {
+  wxString text("x");
+  FormatHelper<LKString>::Format(nullptr, LKString(L"b"), text);
+  FormatHelper<int>::Format(nullptr, 1, text);
+  EXPECT_EQ(text, "x");
+}
+
+TEST(Format, CountsCharactersAndNotTheirBytesUpToASpecifier) {
+  EXPECT_EQ(Formatted(L"\u00E9\U0001F600 %d %d %d", 1, 2, 3), "\xC3\xA9\xF0\x9F\x98\x80 1 2 3");
+}
+
 TEST(Format, RendersEveryLengthOf64Bits) {
   for (const wchar_t* format : {L"%lld", L"%I64d", L"%i64d", L"%ld", L"%jd", L"%zd", L"%td"}) {
     EXPECT_EQ(Formatted(format, LONG_MIN), "-9223372036854775808") << LKString(format).ToChar();

@@ -45,9 +45,10 @@ std::wstring_view LKFormatText(const Acting& acting) {
   return L"acted";
 }
 
-}  // namespace
-
-TEST(FormatThreads, OfOneInstantiationTakeTurns) {
+// Has many threads format an argument that looks whether another one is at it. `format` returns what the text
+// must be.
+template <class Format>
+void ExpectTurns(Format format) {
   std::atomic<int> nInside{0};
   std::atomic<int> nMost{0};
   const std::function<void()> act = [&] {
@@ -57,11 +58,27 @@ TEST(FormatThreads, OfOneInstantiationTakeTurns) {
   };
   const int nWrong = CountWrongTexts([&](int, int nRound) {
     LKString text;
-    text.Format(L"%s %d", Acting{&act}, nRound);
-    return text.ToChar() == "acted " + std::to_string(nRound);
+    const std::string expected = format(text, Acting{&act}, nRound);
+    return text.ToChar() == expected;
   });
   EXPECT_EQ(nWrong, 0);
   EXPECT_EQ(nMost, 1);
+}
+
+}  // namespace
+
+TEST(FormatThreads, OfOneInstantiationTakeTurns) {
+  ExpectTurns([](LKString& text, Acting acting, int nRound) {
+    text.Format(L"%s %d", acting, nRound);
+    return "acted " + std::to_string(nRound);
+  });
+}
+
+TEST(FormatThreads, OfOneInstantiationTakeTurnsUpToTheirLastArgument) {
+  ExpectTurns([](LKString& text, Acting acting, int nRound) {
+    text.Format(L"%d %s", nRound, acting);
+    return std::to_string(nRound) + " acted";
+  });
 }
 
 // Were one lock held for all, this test would wait for itself.

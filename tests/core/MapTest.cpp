@@ -139,6 +139,25 @@ TEST(Map, OfStringsIsOrderedAsStringsAre) {
   EXPECT_EQ(keys, "Bab");
 }
 
+TEST(Map, MayHoldPointersAndOtherWidthsThanItsKeys) {
+  wxObject object;
+  CTRKMap<int, long> numbers;
+  CTRKMap<LKString, void*> pointers;
+  CTRKMap<LKString, wxObject*> objects;
+  numbers.SetAt(-1, 5000000000L);
+  pointers.SetAt(L"key", &object);
+  objects.SetAt(L"key", &object);
+  long number = 0;
+  void* pFound = nullptr;
+  wxObject* pObject = nullptr;
+  EXPECT_EQ(numbers.Lookup(-1, number), 1);
+  EXPECT_EQ(pointers.Lookup(L"key", pFound), 1);
+  EXPECT_EQ(objects.Lookup(L"key", pObject), 1);
+  EXPECT_EQ(number, 5000000000L);
+  EXPECT_EQ(pFound, &object);
+  EXPECT_EQ(pObject, &object);
+}
+
 TEST(Map, LookupAnswersWithAnIntAndARemovalWithABool) {
   LongMap map;
   long value = 0;

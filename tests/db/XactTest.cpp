@@ -24,6 +24,11 @@ class CountingXact : public CXact {
   int result = 1;
 };
 
+class XactOfDriver9 : public CXact {
+ public:
+  XactOfDriver9() { m_nDriverType = 9; }
+};
+
 class SearchableXact : public CXact {
  public:
   int CanSearchReplace() override { return 1; }
@@ -66,6 +71,8 @@ TEST(Xact, HasTheDefaultsThatEveryTransactionInherits) {
   EXPECT_EQ(xact.GetTransactionType(), UNKNOWN);
 }
 
+TEST(Xact, AnswersWithItsDriverType) { EXPECT_EQ(XactOfDriver9().GetDriverType(), 9); }
+
 TEST(Xact, PassesThroughItsLifecycleWithoutADriver) {
   CXact xact;
   EXPECT_EQ(xact.PreBenchmark(), 1);
@@ -90,12 +97,20 @@ TEST(Xact, IsBoundToTheDriverItIsGivenUntilAnotherIsGiven) {
 TEST(Xact, NumbersItsTypesAsTheContractDoes) {
   EXPECT_EQ(UNKNOWN, 0);
   EXPECT_EQ(QUERY, 1);
+  EXPECT_EQ(randomQUERY, 2);
+  EXPECT_EQ(inputQUERY, 3);
   EXPECT_EQ(TRANSACTION, 4);
+  EXPECT_EQ(randomTRANSACTION, 5);
+  EXPECT_EQ(inputTRANSACTION, 6);
   EXPECT_EQ(LOAD_TABLE, 7);
   EXPECT_EQ(CREATE_TABLE, 8);
   EXPECT_EQ(DROP_TABLE, 9);
+  EXPECT_EQ(CREATE_INDEX, 10);
+  EXPECT_EQ(DROP_INDEX, 11);
   EXPECT_EQ(CREATE_SP, 12);
   EXPECT_EQ(DROP_SP, 13);
+  EXPECT_EQ(CREATE_VIEW, 14);
+  EXPECT_EQ(DROP_VIEW, 15);
   EXPECT_EQ(EXT_FUNCTION, 16);
 }
 

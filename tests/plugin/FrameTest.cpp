@@ -253,6 +253,23 @@ TEST_F(AnyTransaction, EndsAndBeginsARunWithoutForgettingTheInsertedRows) {
   EXPECT_EQ(m_benchmark.m_MapTableNumToRowID.GetCount(), 1);
 }
 
+TEST_F(AnyTransaction, OfTheSetUpLeavesTheInsertedRowsAlone) {
+  SetColumns({Column(L"NUMBER", 1, false)});
+  SetColumnNumbers(1, 1);
+  for (const char* szTable : {"LK_REP_TABLE1", "LK_REP_TABLE2"})
+    scripted::Oci().Describe(std::string("SELECT * FROM ") + szTable, {{"ID"}});
+  scripted::Oci().Refuse("DROP TABLE LK_REP_TABLE3", 942);  // where the drop ends
+  m_benchmark.RecordRow(2, 1001);
+  ForEach(&m_driver, [](CXact& xact) {
+    if (xact.GetTransactionType() == UNKNOWN) return;  // the workload
+    EXPECT_EQ(xact.PreBenchmark(), 1) << ClassName(xact);
+    EXPECT_EQ(xact.PreIteration(), 1) << ClassName(xact);
+    EXPECT_EQ(xact.Execute(), ClassName(xact) == "CXact_Drop_RepTables" ? 0 : 1) << ClassName(xact);
+    EXPECT_EQ(xact.PostBenchmark(), 1) << ClassName(xact);
+  });
+  EXPECT_EQ(m_benchmark.m_MapTableNumToRowID.GetCount(), 1);
+}
+
 TEST_F(AnyTransaction, DoPostAndDoDeleteAnswer405AndTheOtherDefaultsHold) {
   ForEach(nullptr, [](CXact& xact) {
     LKString szResponse;

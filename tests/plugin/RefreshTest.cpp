@@ -222,6 +222,12 @@ TEST_F(RefreshStatement, ReturnsTheRowCountAndKeepsTheHandle) {
   EXPECT_EQ(ExtraHandles(), 1);
 }
 
+TEST_F(RefreshStatement, ReturnsTheRowCountOfAllBitsAsMinus1WithoutAReport) {
+  Oci().RowCounts("UPDATE", {4294967295U});
+  EXPECT_EQ(m_xact.Execute("UPDATE T"), -1);
+  EXPECT_THAT(m_reports.Reports(), IsEmpty());
+}
+
 TEST_F(RefreshStatement, TheBaseKeepsNothingAndHasNoName) {
   m_xact.m_strTableName = L"T";
   __int64 iStartRows = 11;

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <set>
+
 #include "Recorders.h"
 #include "WorkloadFixture.h"
 
@@ -34,18 +36,44 @@ TEST_F(XactDelete, WithAnEmptyMapARandomRowOfTheTruncatedScaleIsDeleted) {
   }
 }
 
-TEST_F(XactDelete, WithoutABenchmarkTheTextIsThatOfARandomRow) {
+TEST_F(XactDelete, WithoutABenchmarkOfItsKindTheTextIsThatOfARandomRow) {
   m_benchmark.RecordRow(3, 7);
-  m_xact.SetBenchmark(nullptr);
+  CSSBenchmark other;
+  for (CSSBenchmark* pBenchmark : {static_cast<CSSBenchmark*>(nullptr), &other}) {
+    m_xact.SetBenchmark(pBenchmark);
+    Start();
+    CRandom random;
+    random.Seed(kUser + 3);
+    const int nTable = random.GetRandomInt(1, 1);
+    const int nRow = random.GetRandomInt(1, 1000);
+    m_xact.BuildSQL();
+    EXPECT_EQ(Sql(),
+              "delete from LK_REP_TABLE" + std::to_string(nTable) + " where id = " + std::to_string(nRow));
+    EXPECT_EQ(m_xact.m_bInsertedRow, FALSE);
+  }
+}
+
+TEST_F(XactDelete, WithoutAnOracleDriverTheTextIsBuiltAllTheSame) {
+  m_benchmark.RecordRow(3, 7);
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.m_szSQL = L"of the iteration before";
+    m_xact.SetDriver(pDriver);
+    m_xact.BuildSQL();
+    EXPECT_EQ(Sql(), "delete from LK_REP_TABLE3 where id = 7");
+  }
+}
+
+// The last row is row 0 then, and exchanged bounds are no error.
+TEST_F(XactDelete, OfAScaleBelowOneDrawsTheRows0And1) {
+  SetSettings(1, 0.9);
   Start();
-  CRandom random;
-  random.Seed(kUser + 3);
-  const int nTable = random.GetRandomInt(1, 1);
-  const int nRow = random.GetRandomInt(1, 1000);
-  m_xact.BuildSQL();
-  EXPECT_EQ(Sql(),
-            "delete from LK_REP_TABLE" + std::to_string(nTable) + " where id = " + std::to_string(nRow));
-  EXPECT_EQ(m_xact.m_bInsertedRow, FALSE);
+  std::set<__int64> rows;
+  for (int i = 0; i < 50; ++i) {
+    ASSERT_EQ(m_xact.Execute(), 1);
+    rows.insert(m_xact.m_nRowID);
+  }
+  EXPECT_THAT(rows, ElementsAre(0, 1));
 }
 
 TEST_F(XactDelete, ARecordedRowIsDeletedAndItsEntryErased) {

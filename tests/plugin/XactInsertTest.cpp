@@ -26,10 +26,25 @@ class XactInsert : public WorkloadTest<CXact_Insert> {
   }
 };
 
-TEST_F(XactInsert, WithoutADriverThereIsNoNextId) {
-  m_xact.SetDriver(nullptr);
-  EXPECT_EQ(m_xact.GenerateNextID(), -1);
+TEST_F(XactInsert, WithoutAnOracleDriverThereIsNoNextId) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.SetDriver(pDriver);
+    EXPECT_EQ(m_xact.GenerateNextID(), -1);
+  }
   EXPECT_THAT(Oci().Calls(), IsEmpty());
+}
+
+TEST_F(XactInsert, APreBenchmarkThatFailsDoesNotSeed) {
+  CRandom random;
+  random.Seed(99);
+  m_xact.GetRandomGenerator().Seed(99);
+  for (const char* szCall : {"OCIHandleAlloc", "OCIStmtPrepare"}) {
+    Oci().FailCall(szCall, 1, OraFault(1));
+    EXPECT_LE(m_xact.PreBenchmark(), 0);
+    EXPECT_EQ(m_xact.GetRandomGenerator().GetRandomInt(1, 1000000), random.GetRandomInt(1, 1000000))
+        << szCall;
+  }
 }
 
 TEST_F(XactInsert, OneInsertIsADescribeASequenceFetchAndAnUncommittedInsert) {
@@ -50,6 +65,16 @@ TEST_F(XactInsert, OneInsertIsADescribeASequenceFetchAndAnUncommittedInsert) {
   EXPECT_EQ(m_xact.GetTimer().GetBytes(), 0);
   EXPECT_TRUE(m_xact.GetTimer().IsEnded());
   EXPECT_EQ(ExtraHandles(), 1);  // its own statement: loader and table are freed
+}
+
+TEST_F(XactInsert, OfAColumnWithoutABindIsSentAndTheRefusalReported) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_BLOB, 4000, 0, 0, 0}});
+  Start();
+  Oci().FailSql("INSERT", 1, OraFault(1008, "not all variables bound"));
+  EXPECT_EQ(m_xact.Execute(), 0);
+  EXPECT_EQ(Oci().ExecutedSql().back(), "INSERT INTO LK_REP_TABLE1 (ID, COLUMN1) VALUES (:ID, :COLUMN1)");
+  EXPECT_THAT(m_reports.Reports(), ElementsAre("ERROR 1008: ORA-01008: not all variables bound"));
+  EXPECT_THAT(MapEntries(), IsEmpty());
 }
 
 TEST_F(XactInsert, WithOneTableEveryInsertGoesToTable1) {

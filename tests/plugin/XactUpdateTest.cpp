@@ -3,10 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <memory>
 #include <set>
 #include <stdexcept>
 
+#include "Benchmarks/CREP_ORA8/DataGenerator.h"
 #include "Benchmarks/CREP_ORA8/RepTable.h"
 #include "Benchmarks/CREP_ORA8/TableLoader.h"
 #include "Recorders.h"
@@ -33,13 +35,33 @@ class NoGeneratorBind : public IBind {
 class XactUpdate : public WorkloadTest<CXact_Update> {
  protected:
   std::string Sql() const { return m_xact.m_szSQL.ToChar(); }
+  // The SET list for row 42 of table 1, whose record is made and then changed.
+  template <class Change>
+  std::string SetListAfter(Change change) {
+    Start();
+    CRepTable table(&m_driver, L"LK_REP_TABLE1");
+    EXPECT_EQ(table.Initialize(), 1);
+    const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
+    pLoader->MakeRecord(42);
+    change(table, *pLoader);
+    m_xact.m_nRowID = 42;
+    return m_xact.BuildSetList(table, *pLoader).ToChar();
+  }
+  static void ReplaceBind(CTableLoader& loader, long nIndex, IBind* pBind) {
+    IBind*& pPlace = loader.GetBindArray()[nIndex];
+    delete pPlace;
+    pPlace = pBind;
+  }
 };
 
-TEST_F(XactUpdate, WithoutADriverTheTextIsEmpty) {
-  m_xact.m_szSQL = L"of the iteration before";
-  m_xact.SetDriver(nullptr);
-  m_xact.BuildSQL();
-  EXPECT_EQ(Sql(), "");
+TEST_F(XactUpdate, WithoutAnOracleDriverTheTextIsEmpty) {
+  ForeignDriver foreign;
+  for (CDriverBase* pDriver : {static_cast<CDriverBase*>(nullptr), static_cast<CDriverBase*>(&foreign)}) {
+    m_xact.m_szSQL = L"of the iteration before";
+    m_xact.SetDriver(pDriver);
+    m_xact.BuildSQL();
+    EXPECT_EQ(Sql(), "");
+  }
   EXPECT_THAT(Oci().Calls(), IsEmpty());
 }
 
@@ -56,6 +78,38 @@ TEST_F(XactUpdate, WithAnEmptyMapTableAndRowAreDrawnFromTheTruncatedScale) {
     ASSERT_EQ(m_xact.m_nTableID, nTable);
     ASSERT_EQ(m_xact.m_nRowID, nRow);
   }
+}
+
+TEST_F(XactUpdate, WithoutABenchmarkOfItsKindTheRowIsAlwaysDrawn) {
+  m_benchmark.RecordRow(3, 1200);
+  SetSettings(5, 1.0);
+  CSSBenchmark other;
+  for (CSSBenchmark* pBenchmark : {static_cast<CSSBenchmark*>(nullptr), &other}) {
+    m_xact.SetBenchmark(pBenchmark);
+    Start();
+    CRandom random;
+    random.Seed(kUser + 2);
+    for (int i = 0; i < 100; ++i) {
+      random.GetRandomInt(1, 100);
+      const int nTable = random.GetRandomInt(1, 5);
+      const int nRow = random.GetRandomInt(1, 1000);
+      m_xact.BuildSQL();
+      ASSERT_EQ(m_xact.m_nTableID, nTable);
+      ASSERT_EQ(m_xact.m_nRowID, nRow);
+    }
+  }
+}
+
+// The last row is row 0 then, and exchanged bounds are no error.
+TEST_F(XactUpdate, OfAScaleBelowOneDrawsTheRows0And1) {
+  SetSettings(1, 0.9);
+  Start();
+  std::set<__int64> rows;
+  for (int i = 0; i < 50; ++i) {
+    ASSERT_EQ(m_xact.Execute(), 1);
+    rows.insert(m_xact.m_nRowID);
+  }
+  EXPECT_THAT(rows, ElementsAre(0, 1));
 }
 
 TEST_F(XactUpdate, AbovePercent50TheSmallestKeyIsUpdatedAndStaysInTheMap) {
@@ -151,16 +205,12 @@ class NullOfColumn : public XactUpdate {
   // The SET list for a record whose only value column came out NULL.
   std::string SetListWithNull(const ColumnSpec& column) {
     DescribeTable(1, {{"ID"}, column});
-    Start();
-    CRepTable table(&m_driver, L"LK_REP_TABLE1");
-    EXPECT_EQ(table.Initialize(), 1);
-    const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
-    do {
-      pLoader->m_nNumberOfRows = 0;
-      pLoader->MakeRecord(42);
-    } while (Indicator(*pLoader->GetBindArray()[1]) != -1);
-    m_xact.m_nRowID = 42;
-    return m_xact.BuildSetList(table, *pLoader).ToChar();
+    return SetListAfter([](CRepTable&, CTableLoader& loader) {
+      while (Indicator(*loader.GetBindArray()[1]) != -1) {
+        loader.m_nNumberOfRows = 0;
+        loader.MakeRecord(42);
+      }
+    });
   }
   static sb2 Indicator(IBind& bind) {
     if (const auto* pNumber = dynamic_cast<CBind<double, SQLT_FLT>*>(&bind)) return *pNumber->m_pIndicator;
@@ -196,48 +246,56 @@ TEST_F(XactUpdate, AColumnOfAnUnknownTypeHasNoBindAndTheListEndsWithTheRangeErro
   EXPECT_THROW(m_xact.BuildSQL(), std::out_of_range);
 }
 
-TEST_F(XactUpdate, AColumnWithoutAGeneratorIsAbsentFromTheSetList) {
+TEST_F(XactUpdate, TheRangeErrorLeavesExecuteWithTheTimerStartedAndNothingOfTheTable) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_BLOB, 4000, 0, 0, 0}});
   Start();
-  CRepTable table(&m_driver, L"LK_REP_TABLE1");
-  ASSERT_EQ(table.Initialize(), 1);
-  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
-  pLoader->SetStartingRows(1);
-  pLoader->MakeRecord(42);
-  IBind*& pSecond = pLoader->GetBindArray()[2];
-  delete pSecond;
-  pSecond = new NoGeneratorBind(table.GetColumns()[2]);
-  m_xact.m_nRowID = 42;
-  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
-              MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
+  EXPECT_THROW(m_xact.Execute(), std::out_of_range);
+  EXPECT_TRUE(m_xact.GetTimer().IsStarted());
+  EXPECT_FALSE(m_xact.GetTimer().IsEnded());
+  EXPECT_EQ(ExtraHandles(), 1);  // its own statement
+}
+
+TEST_F(XactUpdate, AQuoteOrASpecifierInAValueIsWrittenAsItStands) {
+  DescribeTable(1, {{"ID"}, {"COLUMN1", SQLT_CHR, 20, 0, 0, 0}});
+  const std::string setList = SetListAfter([](CRepTable&, CTableLoader& loader) {
+    auto& generator = dynamic_cast<CStrGenerator&>(*loader.GetBindArray()[1]->GetDataGenerator());
+    std::strcpy(generator.m_lpValue, "O'Hara %d");
+  });
+  EXPECT_EQ(setList, "ID=42,COLUMN1='O'Hara %d'");
+}
+
+TEST_F(XactUpdate, AColumnWithoutAGeneratorIsAbsentFromTheSetList) {
+  const std::string setList = SetListAfter([](CRepTable& table, CTableLoader& loader) {
+    ReplaceBind(loader, 2, new NoGeneratorBind(table.GetColumns()[2]));
+  });
+  EXPECT_THAT(setList, MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
+  EXPECT_THAT(m_asserts.Texts(), IsEmpty());
 }
 
 TEST_F(XactUpdate, ABindWithoutAColumnAndAColumnWithoutABindAreAbsentFromTheSetList) {
-  Start();
-  CRepTable table(&m_driver, L"LK_REP_TABLE1");
-  ASSERT_EQ(table.Initialize(), 1);
-  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
-  pLoader->MakeRecord(42);
-  IBind*& pSecond = pLoader->GetBindArray()[2];
-  delete pSecond;
-  pSecond = nullptr;
-  pLoader->GetBindArray().Add(new NoGeneratorBind(nullptr));
-  table.GetColumns().m_nColumns = 5;  // the fifth is null
-  m_xact.m_nRowID = 42;
-  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
-              MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
+  const std::string setList = SetListAfter([](CRepTable& table, CTableLoader& loader) {
+    ReplaceBind(loader, 2, nullptr);
+    loader.GetBindArray().Add(new NoGeneratorBind(nullptr));
+    table.GetColumns().m_nColumns = 5;  // the fifth is null
+  });
+  EXPECT_THAT(setList, MatchesRegex("ID=42,COLUMN1=[0-9.]+,COLUMN3=TO_DATE.*\\)"));
 }
 
+const char* const kUnknownType = "Benchmarks/CREP_ORA8/Xact_Update.cpp:216 BuildSQL: 0";
+
 TEST_F(XactUpdate, AColumnOfAnUnknownTypeIsAbsentFromTheSetListAfterAnAssertion) {
-  Start();
-  CRepTable table(&m_driver, L"LK_REP_TABLE1");
-  ASSERT_EQ(table.Initialize(), 1);
-  const std::unique_ptr<CTableLoader> pLoader(table.CreateLoader(1));
-  pLoader->MakeRecord(42);
-  table.GetColumns()[1]->m_nDataType = SQLT_BLOB;
-  m_xact.m_nRowID = 42;
-  EXPECT_THAT(m_xact.BuildSetList(table, *pLoader).ToChar(),
-              MatchesRegex("ID=42,COLUMN2='[A-Za-z]+',COLUMN3=TO_DATE.*\\)"));
-  EXPECT_THAT(m_asserts.Texts(), ElementsAre("Benchmarks/CREP_ORA8/Xact_Update.cpp:216 BuildSQL: 0"));
+  const std::string setList =
+      SetListAfter([](CRepTable& table, CTableLoader&) { table.GetColumns()[1]->m_nDataType = SQLT_BLOB; });
+  EXPECT_THAT(setList, MatchesRegex("ID=42,COLUMN2='[A-Za-z]+',COLUMN3=TO_DATE.*\\)"));
+  EXPECT_THAT(m_asserts.Texts(), ElementsAre(kUnknownType));
+}
+
+TEST_F(XactUpdate, AColumnOfAnUnknownTypeIsReportedWithoutAGeneratorToo) {
+  SetListAfter([](CRepTable& table, CTableLoader& loader) {
+    table.GetColumns()[1]->m_nDataType = SQLT_BLOB;
+    ReplaceBind(loader, 1, new NoGeneratorBind(table.GetColumns()[1]));
+  });
+  EXPECT_THAT(m_asserts.Texts(), ElementsAre(kUnknownType));
 }
 
 }  // namespace

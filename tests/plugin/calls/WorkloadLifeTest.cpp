@@ -152,6 +152,15 @@ TYPED_TEST(Workload, WithoutTablesTheAssertionReportsAndPreBenchmarkGoesOn) {
   EXPECT_EQ(events.back(), "returned 1");
 }
 
+TYPED_TEST(Workload, WithoutADriverTheTablesAreCountedAllTheSame) {
+  this->m_xact.SetDriver(nullptr);
+  this->SetSettings(0, 1.0);
+  EXPECT_EQ(this->PreBenchmark(), Events({Facts<TypeParam>::kNoTables, "returned 0"}));
+  this->SetSettings(5, 1.0);
+  EXPECT_EQ(this->PreBenchmark(), Events({"returned 0"}));
+  EXPECT_EQ(this->m_xact.m_nNumberOfTables, 5);
+}
+
 TYPED_TEST(Workload, PreBenchmarkSeedsTheStreamAnew) {
   for (int i = 0; i < 2; ++i) {
     ASSERT_EQ(this->m_xact.PreBenchmark(), 1);
