@@ -56,7 +56,7 @@ int CREP_Refresh_Base::ReadRowCount(COracle8Driver* pDriver) {
     pDriver->HandleError(nStatus, pDriver->GetOCIError(), 0, 0);
     return -1;
   }
-  return static_cast<int>(nRowsAffect);
+  return static_cast<int>(nRowsAffect);  // kept: a count of all bits becomes the -1 of a failure
 }
 
 int CREP_Refresh_Base::Execute() {

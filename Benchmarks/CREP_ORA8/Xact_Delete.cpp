@@ -47,7 +47,7 @@ void CXact_Delete::ChooseRow() {
 
 void CXact_Delete::BuildSQL() {
   m_szSQL.Empty();
-  ChooseRow();
+  ChooseRow();  // kept: without a driver too, where an update's text stays empty
   LKString szTableName;
   szTableName.Format(L"LK_REP_TABLE%lld", m_nTableID);
   m_szSQL.Format(L"delete from %s where id = %lld", szTableName, m_nRowID);

@@ -111,6 +111,8 @@ int CXact_Insert::InsertRow(COracle8Driver* pDriver, int nTableID, const LKStrin
 }
 
 void CXact_Insert::RecordRow(int nTableID, __int64 nRowID) {
+  // kept: under a benchmark of another kind the row is inserted all the same, where update and delete do
+  // nothing
   CREP_ORA8* pBenchmark = CREP_ORA8::From(m_pBenchmark);
   if (pBenchmark != nullptr) pBenchmark->RecordRow(nTableID, nRowID);
 }

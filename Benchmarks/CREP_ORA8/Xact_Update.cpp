@@ -97,7 +97,8 @@ LKString CXact_Update::BuildAssignment(const CColumn& column, IDataGenerator* pG
   LKString szTemplate;
   LKString szFragment;
   szTemplate.Format(L"COLUMN%d", nColumnIndex);  // kept: the column's index, not its stored name
-  // kept: a NULL is written as what the generator holds then: an empty text or date, or the number before
+  // kept: a NULL is written as what the generator holds then: an empty text or date, or the number before;
+  // quotes in a value are not escaped, generators make letters only
   const auto Fill = [&](const wchar_t* szEnd, auto ValueOf) {
     szTemplate += szEnd;
     if (pGenerator != nullptr) szFragment.Format(szTemplate, ValueOf(*pGenerator));
