@@ -6,6 +6,8 @@
 
 #include <wx/log.h>
 
+#include <set>
+
 #include "Benchmarks/CREP_ORA8/CREP_ORA8.h"
 #include "Benchmarks/CREP_ORA8/Xact_Delete.h"
 #include "ConnectedDriver.h"
@@ -59,6 +61,14 @@ class WorkloadTest : public Base {
     ASSERT_EQ(xact.PreBenchmark(), 1);
     EXPECT_EQ(xact.Execute(), 1);
     EXPECT_EQ(xact.PostBenchmark(), 1);
+  }
+  std::set<__int64> RowsOfExecutions(int nExecutions) {
+    std::set<__int64> rows;
+    for (int i = 0; i < nExecutions; ++i) {
+      EXPECT_EQ(m_xact.Execute(), 1);
+      rows.insert(m_xact.m_nRowID);
+    }
+    return rows;
   }
   std::vector<std::pair<long, long>> MapEntries() {
     std::vector<std::pair<long, long>> entries;

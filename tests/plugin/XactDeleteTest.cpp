@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <set>
 
 #include "Recorders.h"
 #include "WorkloadFixture.h"
@@ -68,12 +67,7 @@ TEST_F(XactDelete, WithoutAnOracleDriverTheTextIsBuiltAllTheSame) {
 TEST_F(XactDelete, OfAScaleBelowOneDrawsTheRows0And1) {
   SetSettings(1, 0.9);
   Start();
-  std::set<__int64> rows;
-  for (int i = 0; i < 50; ++i) {
-    ASSERT_EQ(m_xact.Execute(), 1);
-    rows.insert(m_xact.m_nRowID);
-  }
-  EXPECT_THAT(rows, ElementsAre(0, 1));
+  EXPECT_THAT(RowsOfExecutions(50), ElementsAre(0, 1));
 }
 
 TEST_F(XactDelete, ARecordedRowIsDeletedAndItsEntryErased) {

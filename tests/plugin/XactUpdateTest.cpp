@@ -47,6 +47,19 @@ class XactUpdate : public WorkloadTest<CXact_Update> {
     m_xact.m_nRowID = 42;
     return m_xact.BuildSetList(table, *pLoader).ToChar();
   }
+  // A twin of the stream of a run that has just started draws the same rows.
+  void ExpectDrawnRows(int nTables, int nLastRow) {
+    CRandom random;
+    random.Seed(kUser + 2);
+    for (int i = 0; i < 200; ++i) {
+      random.GetRandomInt(1, 100);  // the percentage, also where nothing can be chosen by it
+      const int nTable = random.GetRandomInt(1, nTables);
+      const int nRow = random.GetRandomInt(1, nLastRow);
+      m_xact.BuildSQL();
+      ASSERT_EQ(m_xact.m_nTableID, nTable);
+      ASSERT_EQ(m_xact.m_nRowID, nRow);
+    }
+  }
   static void ReplaceBind(CTableLoader& loader, long nIndex, IBind* pBind) {
     IBind*& pPlace = loader.GetBindArray()[nIndex];
     delete pPlace;
@@ -68,16 +81,7 @@ TEST_F(XactUpdate, WithoutAnOracleDriverTheTextIsEmpty) {
 TEST_F(XactUpdate, WithAnEmptyMapTableAndRowAreDrawnFromTheTruncatedScale) {
   SetSettings(5, 2.7);
   Start();
-  CRandom random;
-  random.Seed(kUser + 2);
-  for (int i = 0; i < 200; ++i) {
-    random.GetRandomInt(1, 100);  // drawn also with an empty map
-    const int nTable = random.GetRandomInt(1, 5);
-    const int nRow = random.GetRandomInt(1, 2000);
-    m_xact.BuildSQL();
-    ASSERT_EQ(m_xact.m_nTableID, nTable);
-    ASSERT_EQ(m_xact.m_nRowID, nRow);
-  }
+  ExpectDrawnRows(5, 2000);
 }
 
 TEST_F(XactUpdate, WithoutABenchmarkOfItsKindTheRowIsAlwaysDrawn) {
@@ -87,16 +91,7 @@ TEST_F(XactUpdate, WithoutABenchmarkOfItsKindTheRowIsAlwaysDrawn) {
   for (CSSBenchmark* pBenchmark : {static_cast<CSSBenchmark*>(nullptr), &other}) {
     m_xact.SetBenchmark(pBenchmark);
     Start();
-    CRandom random;
-    random.Seed(kUser + 2);
-    for (int i = 0; i < 100; ++i) {
-      random.GetRandomInt(1, 100);
-      const int nTable = random.GetRandomInt(1, 5);
-      const int nRow = random.GetRandomInt(1, 1000);
-      m_xact.BuildSQL();
-      ASSERT_EQ(m_xact.m_nTableID, nTable);
-      ASSERT_EQ(m_xact.m_nRowID, nRow);
-    }
+    ExpectDrawnRows(5, 1000);
   }
 }
 
@@ -104,12 +99,7 @@ TEST_F(XactUpdate, WithoutABenchmarkOfItsKindTheRowIsAlwaysDrawn) {
 TEST_F(XactUpdate, OfAScaleBelowOneDrawsTheRows0And1) {
   SetSettings(1, 0.9);
   Start();
-  std::set<__int64> rows;
-  for (int i = 0; i < 50; ++i) {
-    ASSERT_EQ(m_xact.Execute(), 1);
-    rows.insert(m_xact.m_nRowID);
-  }
-  EXPECT_THAT(rows, ElementsAre(0, 1));
+  EXPECT_THAT(RowsOfExecutions(50), ElementsAre(0, 1));
 }
 
 TEST_F(XactUpdate, AbovePercent50TheSmallestKeyIsUpdatedAndStaysInTheMap) {
