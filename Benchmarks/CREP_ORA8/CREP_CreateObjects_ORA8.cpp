@@ -114,7 +114,8 @@ void CXact_Create_RepTables::BuildCreationSQL(int nTableIndex) {
 
   LKString szTableName;
   szTableName.Format(L"LK_REP_TABLE%d", nTableIndex);
-  // kept: without columns the text ends here, and the database refuses it.
+  // kept: written only now, so an exception of the draws leaves the text of the table before; without columns
+  // it ends here, and the database refuses it.
   m_szSQL.Format(L"CREATE TABLE %s (ID NUMBER NOT NULL,", szTableName);
   for (int nColumnIndex = 0; nColumnIndex < nTotalColumnNumber; ++nColumnIndex)
     if (const ColumnInfo* pColumn = GetColumn(ColumnDistributionArray, nColumnIndex))
