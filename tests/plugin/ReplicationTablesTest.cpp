@@ -166,8 +166,9 @@ TEST_F(CreateTables, NoColumnsLeaveATextThatTheDatabaseRejects) {
   EXPECT_THAT(m_reports.Reports(), ElementsAre(HasSubstr("ORA-00904")));
 }
 
-TEST_F(CreateTables, ANegativeNumberOfColumnsIsNone) {
+TEST_F(CreateTables, ANegativeNumberOfColumnsIsNoneAndDrawsNoType) {
   SetColumnNumbers(-1, -1);
+  SetColumns({Column(L"NUMBER", 0, false)});  // a draw would throw
   EXPECT_EQ(Build(1), "CREATE TABLE LK_REP_TABLE1 (ID NUMBER NOT NULL,");
 }
 
