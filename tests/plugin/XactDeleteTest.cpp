@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-
 #include "Recorders.h"
 #include "WorkloadFixture.h"
 
